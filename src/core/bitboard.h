@@ -1,0 +1,73 @@
+// Bitboards and the precomputed geometry: stepping tables, walker/runner hashes, range-3 magics.
+#pragma once
+
+#include <bit>
+#include <string>
+
+#include "core/types.h"
+
+// ---------------------------------------------------------------- set primitives
+inline int popcount(Bitboard b) { return std::popcount(b); }
+// For sets known to hold at most 15 bits, such as tower sets.
+inline int popcount15(Bitboard b) {
+  b -= (b >> 1) & 0x5555555555555555ULL;
+  b = ((b >> 2) & 0x3333333333333333ULL) + (b & 0x3333333333333333ULL);
+  return int((b * 0x1111111111111111ULL) >> 60);
+}
+inline Square lowestSquare(Bitboard b) { return std::countr_zero(b); }
+inline Square popLowest(Bitboard& b) {
+  Square s = lowestSquare(b);
+  b &= b - 1;
+  return s;
+}
+
+// ---------------------------------------------------------------- tables
+extern Bitboard squareBit[64];
+extern Bitboard fileMask[8];
+extern Bitboard rankMask[8];
+extern int squareDistance[64][64];
+
+// Stepping tables. Rows 0..11 by white piece, 16..27 by black piece (equal sets), and helper rows.
+enum ReachRow : int {
+  WarriorRing = 0,        // distance-2 squares with more than one way in
+  BondsmanLong = 8,       // (±3,0), (0,±3)
+  DornLong = 9,           // (±3,0), (0,±3), (±3,±3)
+  DornDiagonalLong = 32,  // (±3,±3)
+  DiagonalOne = 33,       // (±1,±1), evaluation
+  DiagonalTwo = 34,       // (±2,±2), evaluation
+  AssassinSecond = 35,    // (±2,0), (0,±2)
+  DistanceTwo = 36,       // all 16 squares at distance exactly 2
+  MagicianStep = 37,      // quiet step of Magician and Magician1
+  DemotionReach0 = 38,    // demotion reach with 0, 1, 2 extended squares: rows 38, 39, 40
+  ReachRows = 41
+};
+extern Bitboard reach[ReachRows][64];
+constexpr int NeighbourRow = Archer;  // row 4: the 8 neighbours
+
+extern Bitboard between[64][64];
+extern Bitboard warriorVia[64][64];
+extern uint16_t warriorViaCount[64][64];
+extern Bitboard assassinVia[64][64];
+extern Bitboard pseudoAttacks[PieceTypeNb][64];
+extern Bitboard promotionZone[2];
+
+// Builds every table above in its fixed order, magics included.
+void initBitboards();
+// Copies reach row `row` over the rows of `type` and `type + 16`.
+void setDemotionReach(int type, int row);
+
+// ---------------------------------------------------------------- attack sets by occupancy
+// The occupancy passed here must already hold any standing tower squares; the position-aware
+// forms that add them live in game/attacks.h.
+// Hashed lookups of the two-step walker and the orthogonal runner: the attack set, or 0 when
+// the slot is empty, which is a fault of the table (every valid entry is non-zero).
+Bitboard warriorLookup(Square s, Bitboard occ);
+Bitboard assassinLookup(Square s, Bitboard occ);
+Bitboard rookLines(Square s, Bitboard occ);           // full lines up to and including the first blocker
+Bitboard bishopLines(Square s, Bitboard occ);
+
+// The plain definitions behind the hashed lookups; also the fallback on a table fault.
+Bitboard warriorAttacksSlow(Square s, Bitboard occ);
+Bitboard assassinAttacksSlow(Square s, Bitboard occ);
+
+void printBitboard(const std::string& title, Bitboard b);
