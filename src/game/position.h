@@ -2,12 +2,23 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "core/bitboard.h"
 #include "core/types.h"
 #include "game/rules.h"
 
 class Thread;
+class Position;
+
+// Per-node facts about checks, built once for the side to move before its moves are tried.
+struct CheckInfo {
+  CheckInfo() = default;
+  explicit CheckInfo(const Position& pos);
+  Bitboard dcCandidates = 0;             // own pieces whose departure may give discovered check
+  Bitboard pinned = 0;                   // own pieces that may shield the own sole leader
+  Bitboard checkSquares[TypeSlots] = {};  // where a piece of each type would check the enemy leader
+};
 
 // One record per move made, chained backward; lives on the caller's stack.
 struct StateInfo {
@@ -81,6 +92,38 @@ class Position {
   Key materialKey() const { return st->materialKey; }
   Bitboard checkers() const { return st->checkers; }
   bool inCheck() const { return st->checkers != 0; }
+
+  // ---- attack queries, check and legality (game/attack_queries.cpp, game/legality.cpp)
+  Bitboard attackersTo(Square s, Bitboard occ, Bitboard lineTargets, Color c) const;
+  Bitboard allAttackersTo(Square s, Bitboard occ, Bitboard lineTargets) const;
+  Bitboard reachersTo(Square s, Bitboard occ) const;
+  Bitboard firstAttackers(Square s, Bitboard occ, Color c, bool towersInOcc) const;
+  Bitboard checkableBy(Color c) const;
+  Bitboard checkableBy(Color c, Move m) const;
+  bool attackedAfter(Color c, Move m, Square s) const;
+  PieceType demotionType(Piece cp) const;
+  PieceType promotionType(Piece pc, Square to, Piece cp) const;
+  // New types of an exchange: first for the piece on `to`, second for the piece on `from`.
+  std::pair<PieceType, PieceType> exchangeType(Piece pc, Piece cp) const;
+  bool pieceMoves(Move m) const;
+  Square nextLeader(Color c, Square sq) const;
+  bool reducesLeaders(Color c, Square sq) const;
+  bool promotionPair(Square from, Square to) const;
+  bool demotionPair(Square from, Square to) const;
+  bool exchangePair(Square from, Square to) const;
+  bool leaderWalksIntoTower(Move m) const;
+  bool isCapturePickup(Move m) const;
+  bool pseudo_legal(Move m) const;
+  bool legal(Move m, Bitboard pinned) const;
+  bool gives_check(Move m, const CheckInfo& ci) const;
+  bool PLLegalFullCheck(Move m, Bitboard pinned) const;
+
+  // ---- making and unmaking moves (game/do_move.cpp, game/captives.cpp)
+  void do_move(Move m, StateInfo& newState);
+  void do_move(Move m, StateInfo& newState, const CheckInfo& ci, bool givesCheck);
+  void undo_move(Move m);
+  void do_null_move(StateInfo& backup);
+  void undo_null_move(const StateInfo& backup);
 
   // ---- diagnostics
   bool isConsistent() const;
