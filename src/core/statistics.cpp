@@ -1,0 +1,4 @@
+// The process-wide statistics record.
+#include "core/statistics.h"
+
+Statistics stats;

@@ -1,0 +1,25 @@
+// Search and legality statistics: shared counters, relaxed atomics, reset at the start of a search.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+struct Statistics {
+  std::atomic<uint32_t> nodesSearched{0};  // "nodes searched:"
+  std::atomic<uint32_t> evaluated{0};      // " evaluated:"
+  std::atomic<uint32_t> plTests{0};        // " PLT:" pseudo-legality tests of a move
+  std::atomic<uint32_t> plFails{0};        // " FPL:" those that failed
+  std::atomic<uint32_t> plFailsPlain{0};   // " FPLN:" a word without a special kind
+  std::atomic<uint32_t> plFailsDemotion{0};   // " FPLD:"
+  std::atomic<uint32_t> plFailsPromotion{0};  // " FPLP:"
+  std::atomic<uint32_t> plFailsExchange{0};   // " FPLE:"
+  std::atomic<uint32_t> plFailsSiege{0};      // "  FPLS1:"
+  std::atomic<uint32_t> splitsSet{0};         // " SNS:"
+  std::atomic<uint32_t> splitsJoined{0};      // " SNL:"
+  std::atomic<uint32_t> seeCalls{0};          // " see:"
+};
+
+extern Statistics stats;
+
+// Counting may lose nothing by the language's rules yet costs no fence.
+inline void bump(std::atomic<uint32_t>& counter) { counter.fetch_add(1, std::memory_order_relaxed); }
