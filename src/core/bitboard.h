@@ -59,15 +59,43 @@ void setDemotionReach(int type, int row);
 // ---------------------------------------------------------------- attack sets by occupancy
 // The occupancy passed here must already hold any standing tower squares; the position-aware
 // forms that add them live in game/attacks.h.
-// Hashed lookups of the two-step walker and the orthogonal runner: the attack set, or 0 when
-// the slot is empty, which is a fault of the table (every valid entry is non-zero).
-Bitboard warriorLookup(Square s, Bitboard occ);
-Bitboard assassinLookup(Square s, Bitboard occ);
-Bitboard rookLines(Square s, Bitboard occ);           // full lines up to and including the first blocker
-Bitboard bishopLines(Square s, Bitboard occ);
+
+// Two-step walker and orthogonal runner, hashed by neighbour pattern. A filled slot holds the
+// attack set with the bit of its own square added, so no valid entry is zero.
+constexpr int WarriorSlots = 3079;  // the 256 keys of each square never share a slot
+constexpr int AssassinSlots = 29;   // likewise for the 16 keys of the runner
+extern Bitboard warriorTable[64][WarriorSlots];
+extern Bitboard assassinTable[64][AssassinSlots];
+
+inline Bitboard warriorKey(Square s, Bitboard occ) { return (occ & reach[NeighbourRow][s]) | squareBit[s]; }
+inline Bitboard assassinKey(Square s, Bitboard occ) { return (occ & reach[Assassin][s]) | squareBit[s]; }
+
+// The attack set, or 0 when the slot is empty, which is a fault of the table.
+inline Bitboard warriorLookup(Square s, Bitboard occ) {
+  return warriorTable[s][warriorKey(s, occ) % WarriorSlots] & ~squareBit[s];
+}
+inline Bitboard assassinLookup(Square s, Bitboard occ) {
+  return assassinTable[s][assassinKey(s, occ) % AssassinSlots] & ~squareBit[s];
+}
+
+// Multiplication hashing of the full lines of a square.
+struct Magic {
+  Bitboard mask;
+  Bitboard magic;
+  Bitboard* attacks;
+  unsigned shift;
+  unsigned index(Bitboard occ) const { return unsigned(((occ & mask) * magic) >> shift); }
+};
+extern Magic rookMagics[64];
+extern Magic bishopMagics[64];
+
+// Full lines up to and including the first blocker.
+inline Bitboard rookLines(Square s, Bitboard occ) { return rookMagics[s].attacks[rookMagics[s].index(occ)]; }
+inline Bitboard bishopLines(Square s, Bitboard occ) { return bishopMagics[s].attacks[bishopMagics[s].index(occ)]; }
 
 // The plain definitions behind the hashed lookups; also the fallback on a table fault.
 Bitboard warriorAttacksSlow(Square s, Bitboard occ);
 Bitboard assassinAttacksSlow(Square s, Bitboard occ);
 
+// Prints the title, then rank 8 down to rank 1 as "1 "/"0 " per file.
 void printBitboard(const std::string& title, Bitboard b);
