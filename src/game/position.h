@@ -44,8 +44,9 @@ struct StateInfo {
 class Position {
  public:
   Position() { clear(); }
-  Position(const Position&) = default;
-  Position& operator=(const Position&) = default;
+  // A flat copy; `st` follows to the copy's own start record when it pointed at the source's.
+  Position(const Position& other) { *this = other; }
+  Position& operator=(const Position& other);
   // A copy for another thread: own start record holding the source's current one.
   Position(const Position& other, Thread* owner);
 
@@ -54,6 +55,8 @@ class Position {
   std::string fen() const;
   std::string pretty(Move move, bool withLegalMoves, bool boardOnly) const;
   void clear();
+  // The siege defaults of the mode in force: geometry, towers, breaches and captives.
+  void setSiegeDefaults();
 
   // ---- from-scratch values
   void computeCheckers();
@@ -177,3 +180,39 @@ extern bool checkLeaderCapture;
 extern bool debug_PL_legal;
 extern bool debugSearchInCheck;
 extern bool debugMoveTypes;
+
+// ---------------------------------------------------------------- leader and tower queries
+// Asked at every node, so they live here to be inlined.
+inline bool Position::noDorn(Color c) const {
+  return (pieceCount[c][Dorn] | pieceCount[c][Dorn_archer] | pieceCount[c][Dorn_sword]) == 0;
+}
+
+inline bool Position::soleLeader(Color c) const {
+  int bondsmen = pieceCount[c][Bondsman];
+  return !bondsmenLeaders || bondsmen == 0 || (bondsmen == 1 && noDorn(c));
+}
+
+inline Square Position::leaderSquare(Color c) const {
+  if (pieceCount[c][Dorn]) return pieceList[c][Dorn][0];
+  if (pieceCount[c][Dorn_archer]) return pieceList[c][Dorn_archer][0];
+  if (pieceCount[c][Dorn_sword]) return pieceList[c][Dorn_sword][0];
+  if (bondsmenLeaders && pieceCount[c][Bondsman]) return pieceList[c][Bondsman][0];
+  return NoSquare;
+}
+
+inline bool Position::onStandingTower(Square s) const {
+  return s < NoSquare && ((siege1Tower | siege2Tower[WHITE] | siege2Tower[BLACK]) >> s) & 1;
+}
+
+inline bool Position::onDropoff(Color c, Square s) const {
+  return siege2CaptiveSquare[c] == s && s < NoSquare && ((goalSquares[c] >> s) & 1) && siege2CaptiveAlive[c] &&
+         !siege2CaptiveReleased[c];
+}
+
+// The transfer that hands the captive to a friendly piece without moving anything; despite the
+// name it holds in both siege modes.
+inline bool isSiege1Exchange(const Position& pos, Move m) {
+  if (!isTransfer(m) || !siegeGame() || !siegeExchanges || isExchange(m)) return false;
+  Piece onTo = pos.pieceOn(moveTo(m));
+  return onTo != NoPiece && colorOf(onTo) == pos.side();
+}
