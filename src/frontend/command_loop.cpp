@@ -1,0 +1,210 @@
+// The command loop: start-up of the game, the dispatch table and the game-text replay.
+#include "frontend/command_loop.h"
+
+#include <iostream>
+#include <sstream>
+
+#include "frontend/settings.h"
+#include "game/piece_values.h"
+#include "movegen/notation.h"
+
+std::unique_ptr<StateList> setupStates;
+
+std::string engineInfo(bool uciForm) {
+  return std::string("Dorn 0.25 64bit") + (uciForm ? "\nid author " : " by ") + "Alda Reve";
+}
+
+void ensureMovesMarker(std::string& text) {
+  if (text.find("startpos moves") == std::string::npos) text += " startpos moves ";
+}
+
+bool setGameText(const std::string& fen) {
+  if (fen.empty()) return false;
+  searchFen = "fen " + fen;
+  ensureMovesMarker(searchFen);
+  return true;
+}
+
+namespace {
+
+// Checks a move read from text against the position and makes it at the end of the chain.
+bool playTextMove(Position& pos, Move m) {
+  Square from = moveFrom(m), to = moveTo(m);
+  Piece mover = pos.pieceOn(from);
+  if (from == to || mover == NoPiece || colorOf(mover) != pos.side() || !pos.pseudo_legal(m) ||
+      !pos.legal(m, CheckInfo(pos).pinned))
+    return false;
+  setupStates->emplace_back();
+  pos.do_move(m, setupStates->back());
+  return true;
+}
+
+}  // namespace
+
+bool applyPositionText(Position& pos, std::istream& is) {
+  std::string token;
+  if (!(is >> token)) return false;
+  if (token == "startpos") {
+    is >> token;  // the word "moves"
+    if (!pos.set(startFen, pos.thisThread)) return false;
+  } else if (token == "fen") {
+    std::string fen;
+    while (is >> token && token != "moves") fen += token + " ";
+    if (!pos.set(fen, pos.thisThread)) return false;
+  } else {
+    return false;
+  }
+
+  setupStates = std::make_unique<StateList>();
+  int moves = 0;
+  while (is >> token) {
+    Move m = moveFromSquares(pos, token);
+    if (m == MoveNone) {
+      std::cout << "?Illegal move " << token << "\n";
+      return false;
+    }
+    if (moves < MaxGameMoves) playedMoves[moves] = " " + token;
+    ++moves;
+    if (!playTextMove(pos, m)) {
+      std::cout << "?Illegal move..." << token << ", fen file is broken, fix it..\n";
+      return false;
+    }
+  }
+  gameMoveCount = moves;
+  // The piece values may have changed since the set-up.
+  for (Color c : {WHITE, BLACK}) pos.st->npMaterial[c] = pos.computeNpMaterial(c);
+  return true;
+}
+
+bool replayGame(Position& pos, const std::string& text, bool echo) {
+  std::istringstream is(text);
+  bool applied = applyPositionText(pos, is);
+  if (applied && echo && (msgFlags & MsgGameText)) std::cout << text << "\n";
+  return applied;
+}
+
+void showBoard(Position& pos) {
+  replayGame(pos, searchFen, false);
+  std::string board = pos.pretty(MoveNone, true, false);
+  std::lock_guard<std::mutex> lock(syncOutLock);
+  std::cout << board << "\n";
+}
+
+namespace {
+
+struct LoopContext {
+  Position& pos;
+  std::istringstream& args;  // the words behind the command
+  const std::string& line;
+};
+
+using Handler = void (*)(LoopContext&);
+struct Command {
+  const char* word;
+  Handler run;
+};
+
+// Without a running search there is nothing to stop; the loop itself leaves on "quit".
+void stopCommand(LoopContext&) {}
+
+void showBoardCommand(LoopContext& ctx) { showBoard(ctx.pos); }
+
+void isReadyCommand(LoopContext&) {
+  std::lock_guard<std::mutex> lock(syncOutLock);
+  std::cout << "readyok\n";
+}
+
+void keyCommand(LoopContext& ctx) {
+  std::lock_guard<std::mutex> lock(syncOutLock);
+  std::cout << std::hex << "position key: " << ctx.pos.key() << "\nmaterial key: " << ctx.pos.materialKey()
+            << std::dec << "\n";
+}
+
+// Sets the loop's position without touching the game text; the result is not reported.
+void positionCommand(LoopContext& ctx) { applyPositionText(ctx.pos, ctx.args); }
+
+void emptyLineCommand(LoopContext&) { std::cout << "Type ? for help\n"; }
+
+// The dispatch table, tested in this order. The first part runs at all times, also beside a search.
+constexpr Command AnyTimeCommands[] = {
+  {"quit", stopCommand},
+  {"stop", stopCommand},
+  {"d", showBoardCommand},
+  {"isready", isReadyCommand},
+};
+
+// The rest runs only while no search runs.
+constexpr Command IdleCommands[] = {
+  {"key", keyCommand},
+  {"position", positionCommand},
+  {"", emptyLineCommand},
+};
+
+void dispatch(LoopContext& ctx, const std::string& token) {
+  for (const Command& c : AnyTimeCommands)
+    if (token == c.word) return c.run(ctx);
+
+  if (searching) {
+    std::cout << colorNames[ctx.pos.side()] << " is still making a move...please wait (type q to quit search)\n";
+    return;
+  }
+
+  for (const Command& c : IdleCommands)
+    if (token == c.word) return c.run(ctx);
+
+  std::lock_guard<std::mutex> lock(syncOutLock);
+  std::cout << "Unknown command: " << ctx.line << "\n";
+}
+
+// The next line of input; the end of input counts as "quit".
+std::string readCommand() {
+  std::string line;
+  if (!std::getline(std::cin, line)) return "quit";
+  return line;
+}
+
+}  // namespace
+
+void commandLoop(const std::string& args) {
+  std::string cmd = args, token;
+  Position pos;
+
+  if (!pos.set(startFen, nullptr)) {
+    readCommand();
+    return;
+  }
+  pos.setSiegeDefaults();
+  setPieceValues(pos);
+
+  msgFlags = msgFlagsByLevel[msgLevel];
+  computerOnComputer = 0;
+  secondTableReady = false;
+  defaultDepth = blackDepth = 0;
+  defaultMoveTime = 3.0;
+  blackMoveTime = 0.0;
+  redoCount = gameMoveCount = 0;
+  hintMove = MoveNone;
+  uciGo = false;
+
+  if (setGameText(startFen) && replayGame(pos, searchFen, false)) {
+    std::cout << pos.pretty(MoveNone, true, false) << "\nType ? for help\n";
+  } else {
+    std::cout << pos.pretty(MoveNone, false, false) << "\nBad fen and/or moves\n" << std::flush;
+    readCommand();
+    return;
+  }
+  if (debug_PL_legal || debugSearchInCheck) std::cout << "debug_PL_legal || debugSearchInCheck on\n";
+  std::cout << std::flush;
+
+  if (args.empty()) cmd = readCommand();
+  for (;;) {
+    token.clear();
+    std::istringstream is(cmd);
+    is >> token;
+    LoopContext ctx{pos, is, cmd};
+    dispatch(ctx, token);
+    std::cout << std::flush;
+    if (token == "quit" || !args.empty()) break;
+    cmd = readCommand();
+  }
+}

@@ -1,0 +1,31 @@
+// The command loop: reads lines, dispatches their first word, and keeps the game text in step with the board.
+#pragma once
+
+#include <deque>
+#include <istream>
+#include <memory>
+#include <string>
+
+#include "game/position.h"
+
+// Identification: "Dorn 0.25 64bit by Alda Reve", or the UCI form with "\nid author ".
+std::string engineInfo(bool uciForm);
+
+// Runs until "quit" or the end of input; with a non-empty `args`, runs that one line and returns.
+void commandLoop(const std::string& args);
+
+// State records of the moves of the last set-up; handed over to the search at `go`.
+using StateList = std::deque<StateInfo>;
+extern std::unique_ptr<StateList> setupStates;
+
+// "startpos [moves ...]" or "fen <FEN> [moves ...]" onto pos; false, with a message for a bad move,
+// when the text cannot be applied.
+bool applyPositionText(Position& pos, std::istream& is);
+// Applies a game text; with `echo` and the game-text message bit on, prints it.
+bool replayGame(Position& pos, const std::string& text, bool echo);
+// Makes `fen` the whole game text; false for an empty FEN.
+bool setGameText(const std::string& fen);
+// Appends the empty move list unless the text has one.
+void ensureMovesMarker(std::string& text);
+// Replays the game text and prints the board with its legal-move line.
+void showBoard(Position& pos);

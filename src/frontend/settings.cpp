@@ -1,0 +1,32 @@
+// Start values of the front end's state.
+#include "frontend/settings.h"
+
+#include "game/rules.h"
+
+std::string searchFen;
+const char* startFen = gameTypeTable[DefaultGameType].startFen;
+int gameType = DefaultGameType;
+
+double defaultMoveTime = 3.0;
+double blackMoveTime = 0.0;
+int defaultDepth = 0;
+int blackDepth = 0;
+int computerOnComputer = 0;
+bool secondTableReady = false;
+
+int msgLevel = 0;
+const int msgFlagsByLevel[3] = {5, 13, 63};
+int msgFlags = msgFlagsByLevel[0];
+
+std::string redoMoves[MaxGameMoves];
+int redoCount = 0;
+std::string playedMoves[MaxGameMoves];
+int gameMoveCount = 0;
+
+Move hintMove = MoveNone;
+std::atomic<bool> searching{false};
+std::atomic<bool> uciGo{false};
+
+GoLimits goLimits = {};
+
+std::mutex syncOutLock;

@@ -1,0 +1,55 @@
+// The front end's process-wide state: the game text, console settings and message levels.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "core/types.h"
+
+// The game as one text: "fen <FEN> startpos moves <move> ...". Every shown position is rebuilt from it.
+extern std::string searchFen;
+// Start FEN of the current game type.
+extern const char* startFen;
+extern int gameType;
+
+// Seconds per computer move; Black's 0 means the default applies to Black too.
+extern double defaultMoveTime;
+extern double blackMoveTime;
+// Skill levels; 0 means no limit. Black's has no fall-back to White's.
+extern int defaultDepth;
+extern int blackDepth;
+extern int computerOnComputer;
+extern bool secondTableReady;
+
+// Message levels: only the mask is tested.
+extern int msgLevel;
+extern int msgFlags;
+extern const int msgFlagsByLevel[3];  // {5, 13, 63}
+constexpr int MsgMoveList = 0x02;     // the board adds the legal moves
+constexpr int MsgBestMove = 0x04;     // "bestmove" in a console search
+constexpr int MsgSearchInfo = 0x08;   // "info" lines in a console search
+constexpr int MsgGameText = 0x10;     // the board adds its FEN; replays echo the game text
+constexpr int MsgStats = 0x20;        // statistics after a computer move
+
+// Undo/redo bookkeeping; each entry is a blank followed by a move's text.
+constexpr int MaxGameMoves = 400;
+extern std::string redoMoves[MaxGameMoves];
+extern int redoCount;
+extern std::string playedMoves[MaxGameMoves];
+extern int gameMoveCount;
+
+extern Move hintMove;
+// A search started by `go` or `g` has not finished; written by the search's last act.
+extern std::atomic<bool> searching;
+extern std::atomic<bool> uciGo;
+
+// The one record of search limits; zeroed once at start-up, then only overwritten field by field.
+struct GoLimits {
+  int32_t wtime, btime, winc, binc, movestogo, depth, nodes, movetime, mate, infinite, ponder;
+};
+extern GoLimits goLimits;
+
+// Keeps lines whole where they may meet the output of a running search.
+extern std::mutex syncOutLock;
