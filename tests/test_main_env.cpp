@@ -1,0 +1,19 @@
+// Builds the process-wide tables once before any test runs.
+#include <gtest/gtest.h>
+
+#include "core/bitboard.h"
+#include "core/zobrist.h"
+
+namespace {
+
+class TablesEnvironment : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    initBitboards();
+    initPsqAndKeys();
+  }
+};
+
+[[maybe_unused]] const auto* const tablesEnvironment = ::testing::AddGlobalTestEnvironment(new TablesEnvironment);
+
+}  // namespace
