@@ -4,6 +4,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "frontend/listings.h"
 #include "frontend/settings.h"
 #include "game/piece_values.h"
 #include "movegen/notation.h"
@@ -136,6 +137,10 @@ constexpr Command AnyTimeCommands[] = {
 // The rest runs only while no search runs.
 constexpr Command IdleCommands[] = {
   {"key", keyCommand},
+  {"qu", [](LoopContext& ctx) { listQuiets(ctx.pos); }},
+  {"nev", [](LoopContext& ctx) { listNonEvasions(ctx.pos); }},
+  {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
+  {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
   {"position", positionCommand},
   {"", emptyLineCommand},
 };

@@ -1,0 +1,33 @@
+// The listing commands: each move as piece letter, squares, promotion or demotion mark, captive word.
+#include "frontend/listings.h"
+
+#include <iostream>
+#include <string>
+
+#include "movegen/movegen.h"
+
+namespace {
+
+const char* captiveWord(Move m) {
+  switch (captiveKind(m)) {
+    case Pickup: return "Pickup ";
+    case Dropoff: return "Dropoff ";
+    case Transfer: return "Transfer ";
+    default: return "";
+  }
+}
+
+void listMoves(const Position& pos, const char* title, ScoredMove* (*generate)(const Position&, ScoredMove*)) {
+  ScoredMove moves[MaxMoves];
+  ScoredMove* end = generate(pos, moves);
+  std::string text = std::string("\n") + title + " moves: " + (pos.side() == BLACK ? ".." : "");
+  for (ScoredMove* m = moves; m != end; ++m) text += pos.printMoveShort(m->move) + " " + captiveWord(m->move);
+  std::cout << text << "\n";
+}
+
+}  // namespace
+
+void listCaptures(const Position& pos) { listMoves(pos, "captures", generateCaptures); }
+void listQuiets(const Position& pos) { listMoves(pos, "quiet", generateQuiets); }
+void listNonEvasions(const Position& pos) { listMoves(pos, "non evasions", generateNonEvasions); }
+void listLegal(const Position& pos) { listMoves(pos, "legal", generateLegal); }

@@ -1,0 +1,88 @@
+// Move lists of the side to move, the move-word builders and the captive predicates they share.
+#pragma once
+
+#include <cstdint>
+
+#include "game/position.h"
+
+// A list entry: the generators write the move, the move picker the score.
+struct ScoredMove {
+  Move move;
+  int32_t score;
+};
+
+// The capacity of a move list; no position of this game produces more.
+constexpr int MaxMoves = 192;
+
+// Each writes from `list` on and returns the end. None checks bounds.
+ScoredMove* generateCaptures(const Position& pos, ScoredMove* list);     // material changes, pick-ups, base arrivals
+ScoredMove* generateQuiets(const Position& pos, ScoredMove* list);       // the quiet moves
+ScoredMove* generateNonEvasions(const Position& pos, ScoredMove* list);  // every pseudo-legal move when not in check
+ScoredMove* generateLegal(const Position& pos, ScoredMove* list);        // the legal moves, in or out of check
+
+// Replies to check and quiet checks; they come with the evasion generator.
+ScoredMove* generateEvasions(const Position& pos, ScoredMove* list);
+ScoredMove* generateQuietChecks(const Position& pos, ScoredMove* list);
+
+// ---------------------------------------------------------------- move words
+// The word of each kind for one pair of squares, with the captive kind the position gives it.
+Move makePromotionMove(const Position& pos, Square from, Square to);
+Move makeDemotionMove(const Position& pos, Square from, Square to);
+Move makeExchangeMove(const Position& pos, Square from, Square to);
+// The word the move writer of the game mode would give for this pair.
+Move makePlainMove(const Position& pos, Square from, Square to);
+
+// Move writers of the siege modes: one word per square of `targets`, lowest square first.
+ScoredMove* addMovesSiege1(const Position& pos, Square from, Bitboard targets, ScoredMove* list);
+ScoredMove* addMovesSiege2(const Position& pos, Square from, Bitboard targets, ScoredMove* list);
+
+// The sole leader may not step onto a standing tower square.
+inline bool towerBarred(const Position& pos, Square from) {
+  Color us = pos.side();
+  return from == pos.leaderSquare(us) && pos.soleLeader(us);
+}
+
+// ---------------------------------------------------------------- captives
+// A captive is in its tower while its square is unknown or holds no piece.
+inline bool siege1CaptiveInTower(const Position& pos) {
+  Square s = pos.siege1CaptiveSquare;
+  return s == NoSquare || pos.empty(s);
+}
+inline bool siege2CaptiveInPlay(const Position& pos, Color c) {
+  return pos.siege2CaptiveAlive[c] && !pos.siege2CaptiveReleased[c];
+}
+inline bool siege2CaptiveInTower(const Position& pos, Color c) {
+  Square s = pos.siege2CaptiveSquare[c];
+  return s == NoSquare || pos.empty(s);
+}
+inline bool canPickupSiege1(const Position& pos) { return pos.siege1Breached && siege1CaptiveInTower(pos); }
+inline bool canPickupSiege2(const Position& pos, Color c) {
+  return pos.siege2Breached[c] && siege2CaptiveInTower(pos, c) && siege2CaptiveInPlay(pos, c);
+}
+// The piece on s carries a captive that is still in play.
+inline bool carriesLive(const Position& pos, Square s) {
+  return (pos.siege2CaptiveSquare[WHITE] == s && siege2CaptiveInPlay(pos, WHITE)) ||
+         (pos.siege2CaptiveSquare[BLACK] == s && siege2CaptiveInPlay(pos, BLACK));
+}
+// Arriving on s picks a captive up in Siege 2: one stands there, or s is a breach of a tower whose
+// captive is still inside.
+inline bool siege2PickupSquare(const Position& pos, Square s) {
+  for (Color c : {WHITE, BLACK})
+    if (siege2CaptiveInPlay(pos, c) &&
+        (pos.siege2CaptiveSquare[c] == s ||
+         (((pos.siege2Breached[c] >> s) & 1) && siege2CaptiveInTower(pos, c))))
+      return true;
+  return false;
+}
+
+// What the siege rules add to one piece's working set. `reachSet` is the piece's reach A (the
+// leader's before the tower bar), or the step set M of a Magician form. Outside the siege games
+// all of it is empty.
+struct CaptiveTargets {
+  Bitboard extras = 0;        // empty squares that belong to the captures list: pick-ups, win and drop-off squares
+  Bitboard handovers = 0;     // own neighbours that may take over the captive
+  Color breachColor = WHITE;  // Magician forms in Siege 2: whose breached squares their captures list
+  bool dropoffOnly = false;   // a carrier that must drop off: the quiets list loses its moves (a Magician
+                              // form keeps its steps there)
+};
+CaptiveTargets captiveTargets(const Position& pos, Square from, Bitboard reachSet);
