@@ -321,13 +321,11 @@ bool Position::gives_check(Move m, const CheckInfo& ci) const {
     if (pt == Magician2 && firstAttackers(k, pieces() & ~bit(from) & ~bit(to), us, false)) return true;
   }
 
-  // 4. A drop-off that releases our own Dorn on `from`.
+  // 4. A drop-off that releases our own Dorn on `from`. The new Dorn attacks by its near reach as
+  // well as by its lines: the piece that left may have stood next to the leader without checking it.
   if (siege2 && isDropoff(m) && noDorn(us) && siege2CaptiveSquare[us] == from) {
     Bitboard occ = pieces() | standingTowers() | bit(to);
-    Bitboard lines = (rookLines(from, occ) & reach[BondsmanLong][from]) |
-                     (bishopLines(from, occ) & reach[DornDiagonalLong][from]);
-    if (lines & bit(k)) return true;
-    if (ci.checkSquares[Dorn] & reach[DornLong][k] & bit(from)) return true;
+    if (dornAttacks(*this, from, occ, bit(k), true) & bit(k)) return true;
   }
 
   // 5. What the special kind changes.
@@ -346,8 +344,9 @@ bool Position::gives_check(Move m, const CheckInfo& ci) const {
       return attacksFrom(*this, makePiece(us, exchangeType(pc, cp).second), from, pieces()) & bit(k);
     case Demotion: {
       PieceType ct = typeOf(cp);
-      // A leader that stops being a mount becomes open to the Sword forms.
-      if ((ct == Dorn || (ct == Bondsman && to == k)) && magicianDemotesDorn && !swordsCaptureMounts)
+      // A leader that stops being a mount becomes open to the Sword forms. A sole Bondsman stays
+      // demotable, to Dorn_archer, whatever magicianDemotesDorn says, so the flag is not asked.
+      if ((ct == Dorn || (ct == Bondsman && to == k)) && !swordsCaptureMounts)
         return pieces(us) & swordFormSquares(*this) & reach[Sword][k];
       if (siegeGame() && onTower && (pseudoAttacks[Dorn][k] & bit(to)))
         return firstAttackers(k, (pieces() | standingTowers()) & ~bit(to), us, true);
