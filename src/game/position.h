@@ -38,6 +38,7 @@ struct StateInfo {
   Color siege2_color;
   int16_t isSiege2EnemyTransferKill;
   bool isSuccessfulDropoff;
+  Square priorCaptiveSquare;  // where the captive a pick-up took lay before, for undo_move
   StateInfo* previous;
 };
 
