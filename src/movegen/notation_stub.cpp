@@ -1,9 +1,10 @@
-// The square-only forms of move text, until the position-aware notation and the generators exist.
+// The square-only forms of move text, until the position-aware notation exists.
 #include <cctype>
 #include <iostream>
 
 #include "game/position.h"
 #include "game/position_text.h"
+#include "movegen/movegen.h"
 #include "movegen/notation.h"
 
 std::string moveToUci(Move m, const Position* pos, bool withCaptureSign) {
@@ -25,4 +26,10 @@ Move moveFromSquares(const Position&, std::string& word) {
 
 std::string moveToNotation(const Position& pos, Move m) { return moveToSan(pos, m); }
 
-std::string legalMovesText(const Position&) { return {}; }
+std::string legalMovesText(const Position& pos) {
+  ScoredMove moves[MaxMoves];
+  std::string text;
+  for (ScoredMove *m = moves, *end = generateLegal(pos, moves); m != end; ++m)
+    text += moveToNotation(pos, m->move) + " ";
+  return text;
+}

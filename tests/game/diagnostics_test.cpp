@@ -58,10 +58,32 @@ TEST_F(DiagnosticsTest, LeaderMustStandOnItsSquare) {
   EXPECT_EQ(lastPositionError, "No black leader on the board");
 }
 
-TEST_F(DiagnosticsTest, MagicianNextToTheLeaderTakesNothing) {
-  checkLeaderCapture = true;
-  load("k7/M7/8/8/8/8/8/7K w");
+TEST_F(DiagnosticsTest, LeaderCaptureIsCheckedOnRequest) {
+  // Set up with the check off, then ask with it on.
+  auto passes = [&](const std::string& fen) {
+    checkLeaderCapture = false;
+    load(fen);
+    checkLeaderCapture = true;
+    return pos.isConsistent();
+  };
+  load("k7/8/1W6/8/8/8/8/7K w");
   EXPECT_TRUE(pos.isConsistent());
+  EXPECT_FALSE(passes("k7/8/1W6/8/8/8/8/7K w"));
+  EXPECT_EQ(lastPositionError, "BLACK leader capture error");
+  EXPECT_FALSE(passes("k7/8/8/8/8/8/6w1/7K b"));
+  EXPECT_EQ(lastPositionError, "WHITE leader capture error");
+  {
+    CaptureStdout out;
+    EXPECT_FALSE(pos.set("k7/8/1W6/8/8/8/8/7K w", nullptr));
+    EXPECT_EQ(out.text(), "BLACK leader capture error\n");
+  }
+  // Several leaders: none of them is royal.
+  EXPECT_TRUE(passes("kf6/8/1W6/8/8/8/8/7K w"));
+  // Magician forms never capture; a Sword takes no mounted leader unless the rules allow it.
+  EXPECT_TRUE(passes("k7/M7/1S6/8/8/8/8/7K w"));
+  EXPECT_FALSE(passes("j7/1S6/8/8/8/8/8/7K w"));
+  swordsCaptureMounts = 1;
+  EXPECT_FALSE(passes("k7/1S6/8/8/8/8/8/7K w"));
 }
 
 TEST_F(DiagnosticsTest, FlipMirrorsByRanksAndSwapsColours) {

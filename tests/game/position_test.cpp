@@ -399,6 +399,20 @@ TEST_F(PositionTest, PictureComplainsOfAPieceOnATower) {
   EXPECT_NE(text.find("\n4|   | . |   | # |"), std::string::npos);
 }
 
+TEST_F(PositionTest, CheckersOfASoleLeader) {
+  load("k7/8/1W6/8/8/8/8/7K b");
+  EXPECT_EQ(pos.checkers(), bb(B6));
+  std::string text = pos.pretty(MoveNone, true, false);
+  EXPECT_NE(text.find("BLACK to move, [ b6 ] threatens [ a8 ]\nLegal moves: "), std::string::npos) << text;
+  EXPECT_NE(text.find("Legal moves: a8b6 "), std::string::npos) << text;
+  // Two leaders: no check.
+  load("kf6/8/1W6/8/8/8/8/7K b");
+  EXPECT_EQ(pos.checkers(), 0u);
+  // A Magician next to the leader gives none either.
+  load("k7/M7/8/8/8/8/8/7K b");
+  EXPECT_EQ(pos.checkers(), 0u);
+}
+
 TEST_F(PositionTest, PictureTailLines) {
   load("k7/8/8/8/8/8/8/7K b 0 1");
   pos.st->checkers = bb(B7) | bb(C8);
