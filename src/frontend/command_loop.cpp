@@ -6,6 +6,7 @@
 
 #include "frontend/listings.h"
 #include "frontend/settings.h"
+#include "game/move_making.h"
 #include "game/piece_values.h"
 #include "movegen/notation.h"
 
@@ -190,6 +191,8 @@ void commandLoop(const std::string& args) {
   redoCount = gameMoveCount = 0;
   hintMove = MoveNone;
   uciGo = false;
+  // The leader form no demotion may reach is fixed here, once, from the rules of the start.
+  leaderDemotionFloor = magicianDemotesDorn ? Dorn_sword : Dorn;
 
   if (setGameText(startFen) && replayGame(pos, searchFen, false)) {
     std::cout << pos.pretty(MoveNone, true, false) << "\nType ? for help\n";
