@@ -105,7 +105,8 @@ void Position::do_move(Move m, StateInfo& newState, const CheckInfo& ci, bool gi
   // on its fellows, which step 4 is about to thin out.
   PieceType demotedTo = demotion && cp ? demotionType(cp) : NoPieceType;
   PieceType promotedTo = mv.special == Promotion ? promotionType(pc, to, cp) : NoPieceType;
-  std::pair<PieceType, PieceType> exchangedTo = exchange ? exchangeType(pc, cp) : std::make_pair(NoPieceType, NoPieceType);
+  std::pair<PieceType, PieceType> exchangedTo = {NoPieceType, NoPieceType};
+  if (exchange) exchangedTo = exchangeType(pc, cp);
 
   // 1. Chain in the new record.
   ++nodes;
