@@ -6,6 +6,7 @@
 #include "core/psqt.h"
 #include "core/zobrist.h"
 #include "game/move_making.h"
+#include "movegen/movegen.h"
 
 using Zobrist::captiveKeys;
 using Zobrist::pieceKeys;
@@ -49,12 +50,6 @@ void dieOnTower(Position& pos, MoveInHand& mv, Key& k) {
 
 // ---------------------------------------------------------------- Siege 1
 
-// The captive lies inside the tower: not yet seen, or on an empty square.
-bool siege1CaptiveInTower(const Position& pos) {
-  Square s = pos.siege1CaptiveSquare;
-  return s == NoSquare || !(pos.pieces() & bit(s));
-}
-
 void doSiege1(Position& pos, MoveInHand& mv, Key& k, Move m) {
   StateInfo* st = pos.st;
   const Square from = mv.from, to = mv.to;
@@ -68,7 +63,7 @@ void doSiege1(Position& pos, MoveInHand& mv, Key& k, Move m) {
     return;
   }
 
-  if (from == pos.siege1CaptiveSquare && mv.kind != Transfer && !mv.handover) {
+  if (from == pos.siege1CaptiveSquare && mv.kind != Transfer) {
     report(pos, "(A) do_move():Move not flagged as transfer! " + pos.printMoveShort(m) + "\n", m);
     mv.kind = Transfer;  // the captive goes where its carrier goes
   }
@@ -112,8 +107,8 @@ void undoSiege1(Position& pos, Move m, bool lost) {
   StateInfo* st = pos.st;
   const Square from = moveFrom(m), to = moveTo(m);
 
-  // A pick-up word onto a standing tower square, where the captive lies, only killed its mover.
   if (isTransfer(m)) pos.siege1CaptiveSquare = from;
+  // A pick-up word onto the standing tower square where the captive lies only killed its mover.
   else if (isPickup(m) && !lost) pos.siege1CaptiveSquare = st->priorCaptiveSquare;
 
   if (lost) {
@@ -135,16 +130,10 @@ void undoSiege1(Position& pos, Move m, bool lost) {
 
 // ---------------------------------------------------------------- Siege 2
 
-// A captive still in play: alive and not yet released as a Dorn.
-bool inPlay(const Position& pos, Color c) { return pos.siege2CaptiveAlive[c] && !pos.siege2CaptiveReleased[c]; }
-
-// s holds the carrier of c's captive.
-bool carries(const Position& pos, Color c, Square s) { return pos.siege2CaptiveSquare[c] == s && inPlay(pos, c); }
-
-// c's captive lies in its tower and can be taken through a breach.
-bool siege2CaptiveFree(const Position& pos, Color c) {
-  Square s = pos.siege2CaptiveSquare[c];
-  return inPlay(pos, c) && (s == NoSquare || !(pos.pieces() & bit(s)));
+// s holds the carrier of c's captive. A dead or released captive has no carrier, even where a
+// piece stands on the square it was left on.
+bool carries(const Position& pos, Color c, Square s) {
+  return pos.siege2CaptiveSquare[c] == s && siege2CaptiveInPlay(pos, c);
 }
 
 // The colour whose captive its carrier on s holds, White tested first.
@@ -172,7 +161,7 @@ void dropOff(Position& pos, MoveInHand& mv, Key& k, Move m) {
   Square os = pos.siege2CaptiveSquare[o];
   if (mv.ct == NoPieceType) {
     bool free = os == NoSquare || (!(pos.pieces() & bit(os)) && (pos.siege2Breached[o] & bit(os)));
-    if (free && (to == os || (pos.siege2Breached[o] & bit(to))) && inPlay(pos, o)) {
+    if (free && (to == os || (pos.siege2Breached[o] & bit(to))) && siege2CaptiveInPlay(pos, o)) {
       st->priorCaptiveSquare = os;
       pos.siege2CaptiveSquare[o] = to;
     }
@@ -248,7 +237,7 @@ void pickUp(Position& pos, MoveInHand& mv, Key& k, Move m) {
       st->siege2_color = NoCaptiveColor;
       return;
     }
-    if (!siege2CaptiveFree(pos, c)) {
+    if (!(siege2CaptiveInPlay(pos, c) && siege2CaptiveInTower(pos, c))) {
       if (mv.ct == NoPieceType)
         report(pos, "do_move():(5) initial captive pickup, captive square doesn't match:\n", m);
       else if (c == WHITE)
@@ -336,7 +325,7 @@ void undoSiege2(Position& pos, Move m, bool lost) {
     pos.siege2LastCaptiveSquare[c] = NoSquare;
     Color o = ~c;
     if (st->capturedType == NoPieceType && pos.siege2CaptiveSquare[o] == to && (pos.siege2Breached[o] & bit(to)) &&
-        inPlay(pos, o))
+        siege2CaptiveInPlay(pos, o))
       pos.siege2CaptiveSquare[o] = st->priorCaptiveSquare;
     if (st->isSuccessfulDropoff) pos.siege2CaptiveReleased[c] = false;
   } else if (isPickup(m) && !lost && (c == WHITE || c == BLACK)) {
