@@ -4,8 +4,11 @@
 #include <iostream>
 #include <sstream>
 
+#include "frontend/bench.h"
 #include "frontend/listings.h"
 #include "frontend/settings.h"
+#include "frontend/setup_commands.h"
+#include "game/game_end.h"
 #include "game/move_making.h"
 #include "game/piece_values.h"
 #include "movegen/notation.h"
@@ -127,6 +130,23 @@ void positionCommand(LoopContext& ctx) { applyPositionText(ctx.pos, ctx.args); }
 
 void emptyLineCommand(LoopContext&) { std::cout << "Type ? for help\n"; }
 
+void unknownCommand(const std::string& line) {
+  std::lock_guard<std::mutex> lock(syncOutLock);
+  std::cout << "Unknown command: " << line << "\n";
+}
+
+// Without a depth the word is no command.
+void perftOrUnknown(LoopContext& ctx) {
+  if (!perftCommand(ctx.pos, ctx.args)) unknownCommand(ctx.line);
+}
+
+// Replays the game, then shows it with the colours exchanged.
+void flipBoardCommand(LoopContext& ctx) {
+  replayGame(ctx.pos, searchFen, true);
+  ctx.pos.flip();
+  std::cout << ctx.pos.pretty(MoveNone, true, false) << "\n";
+}
+
 // The dispatch table, tested in this order. The first part runs at all times, also beside a search.
 constexpr Command AnyTimeCommands[] = {
   {"quit", stopCommand},
@@ -137,12 +157,30 @@ constexpr Command AnyTimeCommands[] = {
 
 // The rest runs only while no search runs.
 constexpr Command IdleCommands[] = {
+  {"perft", perftOrUnknown},
   {"key", keyCommand},
+  {"mt", [](LoopContext& ctx) { moveTimeCommand(ctx.args); }},
+  {"mtb", [](LoopContext& ctx) { blackMoveTimeCommand(ctx.args); }},
+  {"new", [](LoopContext& ctx) { newCommand(ctx.pos, ctx.args); }},
+  {"rules", [](LoopContext& ctx) { rulesCommand(ctx.pos, ctx.args); }},
+  {"game", [](LoopContext&) { showSettings(); }},
+  {"sp", [](LoopContext& ctx) { setPositionCommand(ctx.pos, ctx.args); }},
+  {"skill", [](LoopContext& ctx) { skillCommand(ctx.args); }},
+  {"s", [](LoopContext& ctx) { skillCommand(ctx.args); }},
+  {"skillb", [](LoopContext& ctx) { blackSkillCommand(ctx.args); }},
+  {"sb", [](LoopContext& ctx) { blackSkillCommand(ctx.args); }},
+  {"msglevel", [](LoopContext& ctx) { msgLevelCommand(ctx.args); }},
+  {"qc", [](LoopContext& ctx) { listQuietChecks(ctx.pos); }},
   {"qu", [](LoopContext& ctx) { listQuiets(ctx.pos); }},
+  {"ev", [](LoopContext& ctx) { listEvasions(ctx.pos); }},
   {"nev", [](LoopContext& ctx) { listNonEvasions(ctx.pos); }},
   {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
   {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
+  {"flipb", flipBoardCommand},
+  {"?", [](LoopContext&) { helpCommand(); }},
   {"position", positionCommand},
+  {"flip", [](LoopContext& ctx) { ctx.pos.flip(); }},
+  {"bench", [](LoopContext& ctx) { benchCommand(ctx.pos, ctx.args); }},
   {"", emptyLineCommand},
 };
 
@@ -158,8 +196,7 @@ void dispatch(LoopContext& ctx, const std::string& token) {
   for (const Command& c : IdleCommands)
     if (token == c.word) return c.run(ctx);
 
-  std::lock_guard<std::mutex> lock(syncOutLock);
-  std::cout << "Unknown command: " << ctx.line << "\n";
+  unknownCommand(ctx.line);
 }
 
 // The next line of input; the end of input counts as "quit".
@@ -181,6 +218,7 @@ void commandLoop(const std::string& args) {
   }
   pos.setSiegeDefaults();
   setPieceValues(pos);
+  initPromotableTypes();
 
   msgFlags = msgFlagsByLevel[msgLevel];
   computerOnComputer = 0;

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "../support/capture_stdout.h"
+#include "../support/run_dorn.h"
 #include "game/position.h"
 
 namespace {
@@ -37,26 +38,6 @@ const std::string StartBoard =
 
 // What the program prints before it reads its first line.
 const std::string Opening = Greeting + StartBoard + "\nType ? for help\n";
-
-// Runs the program with the given arguments and standard input; returns its standard output.
-std::string runDorn(const std::string& input, const std::string& args = "") {
-  char inputPath[] = "/tmp/dorn_input_XXXXXX";
-  int fd = mkstemp(inputPath);
-  EXPECT_GE(fd, 0);
-  close(fd);
-  std::ofstream(inputPath, std::ios::binary) << input;
-  std::string command = std::string(DORN_BINARY) + " " + args + " < " + inputPath;
-  FILE* pipe = popen(command.c_str(), "r");
-  EXPECT_NE(pipe, nullptr);
-  std::string output;
-  char buffer[4096];
-  for (size_t n; pipe && (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) output.append(buffer, n);
-  if (pipe) {
-    EXPECT_EQ(pclose(pipe), 0);
-  }
-  std::remove(inputPath);
-  return output;
-}
 
 // The output after the opening lines, which every run starts with.
 std::string replies(const std::string& input, const std::string& args = "") {
