@@ -27,7 +27,12 @@ void listMoves(const Position& pos, const char* title, ScoredMove* (*generate)(c
 
 }  // namespace
 
+void listQuietChecks(const Position& pos) { listMoves(pos, "quiet check", generateQuietChecks); }
 void listCaptures(const Position& pos) { listMoves(pos, "captures", generateCaptures); }
 void listQuiets(const Position& pos) { listMoves(pos, "quiet", generateQuiets); }
+void listEvasions(const Position& pos) {
+  if (pos.inCheck()) listMoves(pos, "evasions", generateEvasions);
+  else std::cout << "Side is not in check\n";
+}
 void listNonEvasions(const Position& pos) { listMoves(pos, "non evasions", generateNonEvasions); }
 void listLegal(const Position& pos) { listMoves(pos, "legal", generateLegal); }

@@ -4,7 +4,9 @@
 class Position;
 
 // "\n<title> moves: " and the moves; ".." marks Black to move.
+void listQuietChecks(const Position& pos);  // qc
 void listCaptures(const Position& pos);     // cap
 void listQuiets(const Position& pos);       // qu
+void listEvasions(const Position& pos);     // ev; not in check, "Side is not in check"
 void listNonEvasions(const Position& pos);  // nev
 void listLegal(const Position& pos);        // leg

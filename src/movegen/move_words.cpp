@@ -1,4 +1,6 @@
 // Move words with their captive kinds: the builders for one pair of squares and the siege writers.
+#include <iostream>
+
 #include "movegen/movegen.h"
 
 namespace {
@@ -31,6 +33,14 @@ bool siege1BreachPickup(const Position& pos, Square to) {
   return ((pos.siege1Breached >> to) & 1) && siege1CaptiveInTower(pos);
 }
 
+// A breach is entered while the captive lies in its tower, so no piece may stand on the captive's
+// square; one there is a fault of the state. The word is written all the same.
+void checkInitialPickup(const Position& pos, Square captive, const char* colour) {
+  if (captive == NoSquare || pos.empty(captive)) return;
+  std::cout << pos.pretty(MoveNone, false, false) << "MoveGen: ?" << colour
+            << "initial pickup condition with piece p=" << pos.pieceOn(captive) << " on to sq";
+}
+
 }  // namespace
 
 Move makePromotionMove(const Position& pos, Square from, Square to) {
@@ -51,13 +61,16 @@ Move makePlainMove(const Position& pos, Square from, Square to) {
 }
 
 ScoredMove* addMovesSiege1(const Position& pos, Square from, Bitboard targets, ScoredMove* list) {
-  if (from == pos.siege1CaptiveSquare) {
+  Square captive = pos.siege1CaptiveSquare;
+  if (from == captive) {
     while (targets) (list++)->move = makeMove(from, popLowest(targets), Transfer);
     return list;
   }
   while (targets) {
     Square to = popLowest(targets);
-    (list++)->move = makeMove(from, to, siege1Kind(pos, from, to));
+    int kind = siege1Kind(pos, from, to);
+    if (kind == Pickup && to != captive) checkInitialPickup(pos, captive, "");
+    (list++)->move = makeMove(from, to, kind);
   }
   return list;
 }
@@ -70,7 +83,13 @@ ScoredMove* addMovesSiege2(const Position& pos, Square from, Bitboard targets, S
   }
   while (targets) {
     Square to = popLowest(targets);
-    (list++)->move = makeMove(from, to, siege2PickupSquare(pos, to) ? Pickup : 0);
+    int kind = siege2PickupSquare(pos, to) ? Pickup : 0;
+    if (kind && !carriesLive(pos, to)) {
+      // Entering a breach of one of the towers.
+      Color c = (pos.siege2Breached[WHITE] >> to) & 1 ? WHITE : BLACK;
+      checkInitialPickup(pos, pos.siege2CaptiveSquare[c], c == WHITE ? "WHITE " : "BLACK ");
+    }
+    (list++)->move = makeMove(from, to, kind);
   }
   return list;
 }

@@ -79,10 +79,23 @@ inline bool siege2PickupSquare(const Position& pos, Square s) {
 // leader's before the tower bar), or the step set M of a Magician form. Outside the siege games
 // all of it is empty.
 struct CaptiveTargets {
-  Bitboard extras = 0;        // empty squares that belong to the captures list: pick-ups, win and drop-off squares
-  Bitboard handovers = 0;     // own neighbours that may take over the captive
-  Color breachColor = WHITE;  // Magician forms in Siege 2: whose breached squares their captures list
-  bool dropoffOnly = false;   // a carrier that must drop off: the quiets list loses its moves (a Magician
-                              // form keeps its steps there)
+  Bitboard captiveExtras = 0;         // pick-up, win and drop-off squares: captures list, empty or not
+  Bitboard siegeExchangeTargets = 0;  // own neighbours that may take over the captive
+  Color breachColor = WHITE;          // Magician forms in Siege 2: whose breached squares their captures list
+  bool dropoffOnly = false;           // a carrier that must drop off: the quiets list loses its moves (a Magician
+                                      // form keeps its steps there)
 };
 CaptiveTargets captiveTargets(const Position& pos, Square from, Bitboard reachSet);
+// The sole leader's siege squares when it answers a check: its pick-ups and, carrying in Siege 1,
+// its win squares; never a hand-over. `attacks` is its attack set before the tower bar.
+Bitboard leaderEvasionExtras(const Position& pos, Square from, Bitboard attacks);
+
+// The own carrier's threat record for the quiet checks: the squares from which it reaches its goal,
+// and the own pieces that stand in the way of an own piece to a goal square.
+struct SiegeThreatInfo {
+  explicit SiegeThreatInfo(const Position& pos);
+  bool active = false;
+  Square carrier = NoSquare;               // the own piece the record is about
+  Bitboard threatSquares[TypeSlots] = {};  // only the carrier's type is filled
+  Bitboard revealers = 0;                  // Siege 1 only
+};

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,22 @@ inline std::string listText(const std::vector<Move>& moves, Square from = NoSqua
       text += wordText(m, from == NoSquare);
     }
   return text;
+}
+
+// Whether a blank-separated list holds the word.
+inline bool holds(const std::string& list, const std::string& word) {
+  std::istringstream in(list);
+  for (std::string w; in >> w;)
+    if (w == word) return true;
+  return false;
+}
+
+// Whether one piece's list (words without the from square) goes to the square in any word.
+inline bool reaches(const std::string& list, const std::string& square) {
+  std::istringstream in(list);
+  for (std::string w; in >> w;)
+    if (w.compare(0, 2, square) == 0) return true;
+  return false;
 }
 
 // Each test sets its game type and rule flags; all return to the defaults afterwards.
