@@ -115,15 +115,6 @@ TEST_F(EvasionsTest, CarrierKeepsItsWinSquareThoughTheCheckerClosesIt) {
   EXPECT_EQ(legal(B4), "a3^t b3^t c3^t");  // a4 is attacked all the same
 }
 
-// The drop-off that gives the mover a second leader ends the check, but it is no block and no
-// leader move: the legal list leaves it out.
-TEST_F(EvasionsTest, ReleasingDropOffIsNoEvasion) {
-  load("k7/8/8/8/8/5w2/8/W6F w 0 1 A1 1 - 1", 4);
-  ASSERT_TRUE(pos.inCheck());
-  EXPECT_TRUE(leavesLeaderSafe(pos, makeMove(A1, A2, Dropoff)));
-  EXPECT_EQ(legal(A1), "");
-}
-
 TEST_F(EvasionsTest, LegalListMovesTheLastEntryIntoAGap) {
   load("7k/8/8/8/8/8/2s5/J7 w 0 1");  // b1 is attacked
   EXPECT_EQ(nonEvasions(A1), "b1 a2 b2");
