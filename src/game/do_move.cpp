@@ -70,6 +70,7 @@ void reportLeaderCapture(const Position& pos, Move m, PieceType leaderType) {
   if (!pos.pseudo_legal(m)) std::cout << "move not legal:" << pos.printMoveShort(m) << "\n";
   printMoveList(pos, "captures", generateCaptures);
   printMoveList(pos, "quiets", generateQuiets);
+  if (!pos.inCheck()) printMoveList(pos, "quietchecks", generateQuietChecks);
   std::string line;
   std::getline(std::cin, line);
 }

@@ -31,7 +31,8 @@ const RuleSet ruleSets[] = {
 
 // How often the random games met each kind of move, so that they cannot pass by testing nothing.
 enum Event {
-  Captures, Demotions, Exchanges, Promotions, Checks, Breaches, Deaths, Pickups, Transfers, Dropoffs, Kills, EventNb
+  Captures, Demotions, Exchanges, Promotions, Checks, Breaches, Deaths, Pickups, Transfers, Handovers, Dropoffs, Kills,
+  EventNb
 };
 
 // How far the running piece-square sum moves away from the board's own sum: the first breach adds
@@ -71,7 +72,8 @@ bool makeUnmake(Position& pos, Move m, bool legal, int events[], const char* rul
   events[Breaches] += isDemotion(m) && onTower;
   events[Deaths] += !isDemotion(m) && onTower;
   events[Pickups] += isPickup(m) && !isDemotion(m) && !isExchange(m);
-  events[Transfers] += isTransfer(m);
+  events[Transfers] += isTransfer(m) && !st.isSiege1Exchange;
+  events[Handovers] += st.isSiege1Exchange;
   events[Dropoffs] += isDropoff(m);
   events[Kills] += st.isSiege2EnemyTransferKill != 0;
 
@@ -147,7 +149,7 @@ TEST(MakeUnmake, RandomGamesOfTheSiegeTypes) {
   for (int type = 3; type < 5; ++type)
     for (const RuleSet& rules : ruleSets)
       if (type == 3 || rules.flags[0]) playRandomGames(type, rules, 4, 200, events);  // type 4 needs leading Bondsmen
-  for (Event e : {Breaches, Deaths, Pickups, Transfers, Dropoffs, Kills}) EXPECT_GT(events[e], 2) << e;
+  for (Event e : {Breaches, Deaths, Pickups, Transfers, Handovers, Dropoffs, Kills}) EXPECT_GT(events[e], 2) << e;
 }
 
 // ---------------------------------------------------------------- single moves
