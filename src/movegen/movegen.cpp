@@ -28,8 +28,10 @@ ScoredMove* leaderPromotions(const Position& pos, const Sides& s, Square from, P
                              Bitboard target, bool base, Bitboard allowed, ScoredMove* list) {
   if (base && basePromotions) {
     Bitboard p = v & promotionZone[s.us] & ~s.own & allowed;
-    // A mount taken in the base stays a plain capture: by a Dorn_archer too, except in Siege 2.
-    if (!swordsCaptureMounts && (pt == Dorn_sword || (pt == Dorn_archer && !siege2))) p &= ~s.enemyMounts;
+    // A Dorn_sword may not take a mount at all. A Dorn_archer that takes one in the base is
+    // promoted in every game type, as the squares of the move classify it, so that a game text
+    // replays the move that was played.
+    if (!swordsCaptureMounts && pt == Dorn_sword) p &= ~s.enemyMounts;
     v &= ~p;
     list = writeWords<makePromotionMove>(pos, from, p, list);
   }

@@ -110,6 +110,7 @@ struct RulesGuard {
 // Sets up a position of a game type under the rules in force; the FEN must be accepted. Set twice,
 // so that the running values are made from the piece values of these rules.
 inline void setUp(Position& pos, int gameType, const std::string& fen) {
+  moveStackCount = 0;  // as a search starts it: earlier tests may have filled the stack
   setSiegeModes(gameType);
   ASSERT_TRUE(pos.set(fen, nullptr)) << fen;
   setPieceValues(pos);
