@@ -189,30 +189,27 @@ void blackMoveTimeCommand(std::istream& is) {
   }
 }
 
-void skillCommand(std::istream& is) {
+namespace {
+
+// Sets a skill level from the next word; 0 or less, or no number, resets it.
+void setSkill(std::istream& is, int& level, const char* setText, const char* resetText) {
   std::string word;
   if (!(is >> word)) return;
   int n = plainNumber(word);
-  if (n > 0) {
-    defaultDepth = n;
-    std::cout << "ok, new skill level is " << n << "\n";
-  } else {
-    defaultDepth = 0;
-    std::cout << "ok, skill level reset to the default skill level\n";
-  }
+  level = n > 0 ? n : 0;
+  if (n > 0) std::cout << setText << n << "\n";
+  else std::cout << resetText;
+}
+
+}  // namespace
+
+void skillCommand(std::istream& is) {
+  setSkill(is, defaultDepth, "ok, new skill level is ", "ok, skill level reset to the default skill level\n");
 }
 
 void blackSkillCommand(std::istream& is) {
-  std::string word;
-  if (!(is >> word)) return;
-  int n = plainNumber(word);
-  if (n > 0) {
-    blackDepth = n;
-    std::cout << "ok, new skill level for BLACK is " << n << "\n";
-  } else {
-    blackDepth = 0;
-    std::cout << "ok, skill level for BLACK reset to the default skill level\n";
-  }
+  setSkill(is, blackDepth, "ok, new skill level for BLACK is ",
+           "ok, skill level for BLACK reset to the default skill level\n");
 }
 
 void msgLevelCommand(std::istream& is) {

@@ -130,16 +130,10 @@ bool aligned(Square a, Square b, Square c) {
          same(fileOf(a) + rankOf(a), fileOf(b) + rankOf(b), fileOf(c) + rankOf(c));
 }
 
-Bitboard shieldsOf(const Position& pos, Square k, Color pinning, Color blocking) {
-  Bitboard blockers = pos.pieces(blocking);
-  Bitboard occ = pos.pieces() | pos.standingTowers();
+Bitboard shieldsOnWaysIn(Square k, Bitboard walkers, Bitboard assassins, Bitboard blockers, Bitboard occ) {
   Bitboard shields = 0;
-  // Reach is symmetric, so the mounts that could reach k are found from k.
-  Bitboard mounts = pos.pieces(pinning) & ((pos.pieces(Warrior) & pseudoAttacks[Warrior][k]) |
-                                           (pos.pieces(Bondsman) & pseudoAttacks[Bondsman][k]) |
-                                           (pos.pieces(Dorn) & pseudoAttacks[Dorn][k]));
-  while (mounts) {
-    Square q = popLowest(mounts);
+  while (walkers) {
+    Square q = popLowest(walkers);
     if (Bitboard via = warriorVia[q][k]) {
       shields |= via & blockers;
     } else {
@@ -147,9 +141,17 @@ Bitboard shieldsOf(const Position& pos, Square k, Color pinning, Color blocking)
       if (b && !(b & (b - 1))) shields |= b & blockers;
     }
   }
-  Bitboard assassins = pos.pieces(pinning, Assassin) & pseudoAttacks[Assassin][k];
   while (assassins) shields |= assassinVia[popLowest(assassins)][k] & blockers;
   return shields;
+}
+
+Bitboard shieldsOf(const Position& pos, Square k, Color pinning, Color blocking) {
+  // Reach is symmetric, so the mounts that could reach k are found from k.
+  Bitboard mounts = pos.pieces(pinning) & ((pos.pieces(Warrior) & pseudoAttacks[Warrior][k]) |
+                                           (pos.pieces(Bondsman) & pseudoAttacks[Bondsman][k]) |
+                                           (pos.pieces(Dorn) & pseudoAttacks[Dorn][k]));
+  Bitboard assassins = pos.pieces(pinning, Assassin) & pseudoAttacks[Assassin][k];
+  return shieldsOnWaysIn(k, mounts, assassins, pos.pieces(blocking), pos.pieces() | pos.standingTowers());
 }
 
 Bitboard pinnedPieces(const Position& pos) {

@@ -8,6 +8,10 @@
 // standing tower squares) and, on empty squares, where it may step.
 Bitboard attacksFrom(const Position& pos, Piece piece, Square s, Bitboard occ, bool towersInOcc = false);
 
+// The `blockers` that stand on a way in to k: every one on the several ways of a walker, the one
+// piece on a straight way (occupancy `occ`), every one between a runner and k.
+Bitboard shieldsOnWaysIn(Square k, Bitboard walkers, Bitboard assassins, Bitboard blockers, Bitboard occ);
+
 // Own pieces of `blocking` that stand on a way in from a mount or Assassin of `pinning` to k. With
 // several ways in, every blocker on them is listed: an upper bound that `legal` settles.
 Bitboard shieldsOf(const Position& pos, Square k, Color pinning, Color blocking);

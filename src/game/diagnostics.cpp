@@ -80,12 +80,7 @@ void Position::flip() {
 
   Square k = leaderSquare(sideToMove);
   st->checkers = k == NoSquare ? 0 : attackersTo(k, pieces(), pieces(~sideToMove), ~sideToMove);
-  st->key = computeKey();
-  st->materialKey = computeMaterialKey();
-  st->psqScore = computePsqScore();
-  st->siegeScore = computeSiegeScore();
-  st->npMaterial[WHITE] = computeNpMaterial(WHITE);
-  st->npMaterial[BLACK] = computeNpMaterial(BLACK);
+  computeStateFromScratch();
 }
 
 std::string Position::printMoveShort(Move m) const {

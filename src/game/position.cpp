@@ -349,12 +349,7 @@ bool Position::set(const std::string& fenText, Thread* thread) {
 
   if (siegeGame()) readSiegeTail(*this, in);
 
-  st->key = computeKey();
-  st->materialKey = computeMaterialKey();
-  st->psqScore = computePsqScore();
-  st->siegeScore = computeSiegeScore();
-  st->npMaterial[WHITE] = computeNpMaterial(WHITE);
-  st->npMaterial[BLACK] = computeNpMaterial(BLACK);
+  computeStateFromScratch();
   computeCheckers();
   thisThread = thread;
 
@@ -549,6 +544,15 @@ Value Position::computeNpMaterial(Color c) const {
   for (int t = Sword; t < PieceTypeNb; ++t)
     if (!isMinor(t)) v += pieceCount[c][t] * pieceValueMg[makePiece(c, PieceType(t))];
   return v;
+}
+
+void Position::computeStateFromScratch() {
+  st->key = computeKey();
+  st->materialKey = computeMaterialKey();
+  st->psqScore = computePsqScore();
+  st->siegeScore = computeSiegeScore();
+  st->npMaterial[WHITE] = computeNpMaterial(WHITE);
+  st->npMaterial[BLACK] = computeNpMaterial(BLACK);
 }
 
 // ---------------------------------------------------------------- leaders

@@ -66,6 +66,8 @@ class Position {
   Score computePsqScore() const;
   Value computeNpMaterial(Color c) const;
   int computeSiegeScore() const;
+  // Key, material key, psq sum, siege score and npMaterial of the current record, from the board.
+  void computeStateFromScratch();
 
   // ---- leaders
   bool soleLeader(Color c) const;

@@ -16,17 +16,8 @@ Bitboard siege1Revealers(const Position& pos, Color us) {
                               (pos.pieces(Magician2) & pseudoAttacks[Magician2][w]) |
                               (pos.pieces(Bondsman) & pseudoAttacks[Bondsman][w]) |
                               (pos.pieces(Dorn) & pseudoAttacks[Dorn][w]));
-    while (walkers) {
-      Square p = popLowest(walkers);
-      if (Bitboard via = warriorVia[p][w]) {
-        found |= via & own;
-      } else {
-        Bitboard b = between[w][p] & pos.pieces();
-        if (b && !(b & (b - 1))) found |= b & own;
-      }
-    }
-    for (Bitboard a = own & pos.pieces(Assassin) & pseudoAttacks[Assassin][w]; a;)
-      found |= assassinVia[popLowest(a)][w] & own;
+    Bitboard assassins = own & pos.pieces(Assassin) & pseudoAttacks[Assassin][w];
+    found |= shieldsOnWaysIn(w, walkers, assassins, own, pos.pieces());
   }
   return found;
 }

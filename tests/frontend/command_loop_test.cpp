@@ -9,32 +9,14 @@
 
 #include "../support/capture_stdout.h"
 #include "../support/run_dorn.h"
+#include "../support/start_picture.h"
 #include "game/position.h"
 
 namespace {
 
 const std::string Greeting = "Dorn 0.25 64bit by Alda Reve\n";
 
-const std::string StartBoard =
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "8| w | f | w | w | a | . |   | . |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "7| w | k | s | m | a | . |   | . |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "6| w | n |   | . |   | . |   | . |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "5| a | a |   | . |   | . |   | . |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "4|   | . |   | . |   | . | A | A |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "3|   | . |   | . |   | . | N | W |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "2|   | . |   | A | M | S | K | W |"
-    "\n +---+---+---+---+---+---+---+---+\n"
-    "1|   | . |   | A | W | W | F | W |"
-    "\n +---+---+---+---+---+---+---+---+"
-    "\n---a---b---c---d---e---f---g---h--"
-    "\nWHITE to move\n";
+const std::string StartBoard = DefaultStartPicture;
 
 // What the program prints before it reads its first line.
 const std::string Opening = Greeting + StartBoard + "\nType ? for help\n";

@@ -7,6 +7,7 @@
 #include "game/position.h"
 #include "game/rules.h"
 #include "../support/capture_stdout.h"
+#include "../support/start_picture.h"
 
 namespace {
 
@@ -331,26 +332,7 @@ TEST_F(PositionTest, BoardEditingKeepsListsAndIndexInStep) {
 
 TEST_F(PositionTest, PictureOfTheDefaultStart) {
   load(MagicianStart + " w 0 1");
-  const char* expected =
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "8| w | f | w | w | a | . |   | . |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "7| w | k | s | m | a | . |   | . |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "6| w | n |   | . |   | . |   | . |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "5| a | a |   | . |   | . |   | . |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "4|   | . |   | . |   | . | A | A |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "3|   | . |   | . |   | . | N | W |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "2|   | . |   | A | M | S | K | W |"
-      "\n +---+---+---+---+---+---+---+---+\n"
-      "1|   | . |   | A | W | W | F | W |"
-      "\n +---+---+---+---+---+---+---+---+"
-      "\n---a---b---c---d---e---f---g---h--"
-      "\nWHITE to move\n";
+  const std::string& expected = DefaultStartPicture;
   EXPECT_EQ(pos.pretty(MoveNone, true, false), expected);
   std::string boardOnly = pos.pretty(MoveNone, true, true);
   EXPECT_EQ(boardOnly + "\n", expected);

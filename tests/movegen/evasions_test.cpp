@@ -5,6 +5,7 @@
 #include <random>
 
 #include "../support/capture_stdout.h"
+#include "../support/rule_sets.h"
 #include "frontend/listings.h"
 #include "game/attack_queries.h"
 #include "move_list_text.h"
@@ -18,9 +19,7 @@ bool leavesLeaderSafe(Position& pos, Move m) {
   Color us = pos.side();
   StateInfo st;
   pos.do_move(m, st);
-  Square k = pos.leaderSquare(us);
-  bool safe = k != NoSquare && (pos.severalLeaders(us) ||
-                                !(pos.checkableBy(us) & pos.allAttackersTo(k, pos.pieces(), ~0ULL) & pos.pieces(~us)));
+  bool safe = pos.leaderSquare(us) != NoSquare && !leaderTakers(pos, us);
   pos.undo_move(m);
   return safe;
 }
@@ -136,28 +135,6 @@ TEST_F(EvasionsTest, ListingSaysWhenThereIsNoCheck) {
 
 // ---------------------------------------------------------------- random games
 
-struct RuleSet {
-  const char* name;
-  void (*apply)();
-};
-const RuleSet ruleSets[] = {
-    {"defaults", [] {}},
-    {"Bondsmen do not lead", [] { bondsmenLeaders = 0; }},
-    {"strong pieces",
-     [] {
-       capturePromotions = 1;
-       swordsCaptureMounts = 1;
-       magicianExtendedDemotionSqs = 2;
-       powerMagicianExtendedDemotionSqs = 1;
-     }},
-    {"few specials",
-     [] {
-       exchanges = 0;
-       basePromotions = 0;
-       magicianDemotesDorn = 0;
-       siegeExchanges = 0;
-     }},
-};
 
 // Squares a checking walker may close to the leader though a piece shields them.
 Bitboard mountReach(const Position& pos) {
