@@ -265,9 +265,10 @@ void Position::undo_move(Move m) {
   const bool handover = st->isSiege1Exchange;
   const PieceType ct = st->capturedType;
 
-  // An empty `to` means the mover died on a tower square or the move was a breach.
+  // An empty `to` means the mover died on a tower square or the move was a breach; anything else
+  // that leaves it empty is a fault, shown with the board.
   const bool lost = board[to] == NoPiece;
-  if (lost && !siegeGame()) std::cout << pretty(MoveNone, false, false) << "\n";
+  if (lost && !(siegeGame() && (demotion || onStandingTower(to)))) std::cout << pretty(MoveNone, false, false) << "\n";
 
   if (siege2 && isDropoff(m) && st->isSuccessfulDropoff) takeBackReleasedDorn(*this, m);
 

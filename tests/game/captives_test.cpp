@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "../support/capture_stdout.h"
 #include "core/psqt.h"
 #include "core/zobrist.h"
 #include "make_unmake_support.h"
@@ -231,6 +232,35 @@ TEST_F(CaptivesTest, Siege2PickUpsAndBreaches) {
     EXPECT_EQ(st.psqScore, st.previous->psqScore);
   });
   EXPECT_EQ(lastKeyChange, towerKeys[3]);
+
+  // The first breach of the own tower pays; once any square is open, no breach pays again.
+  setUp(pos, RescueDorn, "f7/8/8/8/8/7M/8/7F w 0 1");
+  makeAndUndo(makeMove(H3, H5, Demotion), [&](const StateInfo& st) {
+    EXPECT_EQ(st.siege2_color, WHITE);
+    EXPECT_EQ(st.psqScore, st.previous->psqScore + Bonus);
+  });
+  setUp(pos, RescueDorn, "f7/8/8/8/8/7M/8/7F w 0 1 - 1 - 1 BreachedBlack { A4 }");
+  makeAndUndo(makeMove(H3, H5, Demotion),
+              [&](const StateInfo& st) { EXPECT_EQ(st.psqScore, st.previous->psqScore); });
+}
+
+TEST_F(CaptivesTest, UndoShowsTheBoardOnlyForAnEmptyToSquareThatIsAFault) {
+  // Breaches and deaths on a tower leave `to` empty by right: nothing is printed.
+  setUp(pos, RescueGeneral, "k7/8/8/8/8/2W5/3M4/7K w 0 1");
+  for (Move m : {makeMove(D2, D4, Demotion), makeMove(C3, D4)}) {
+    make(m);
+    CaptureStdout out;
+    pos.undo_move(m);
+    --ply;
+    EXPECT_EQ(out.text(), "") << (isDemotion(m) ? "breach" : "death");
+  }
+  // A plain move whose piece has gone from `to` is reported with the board.
+  Move m = makeMove(C3, C4);
+  make(m);
+  pos.removePiece(C4);
+  CaptureStdout out;
+  pos.undo_move(m);
+  EXPECT_NE(out.text(), "");
 }
 
 }  // namespace
