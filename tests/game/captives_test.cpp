@@ -186,6 +186,21 @@ TEST_F(CaptivesTest, Siege2KillsWhenCarriersMeet) {
   });
 }
 
+TEST_F(CaptivesTest, Siege2HandOverMovesOnlyTheCaptive) {
+  setUp(pos, RescueDorn, "f7/8/8/8/2A5/2W5/8/7F w 5 1 C3 1 - 1");
+  makeAndUndo(makeMove(C3, C4, Transfer), [&](const StateInfo& st) {
+    EXPECT_TRUE(st.isSiege1Exchange);
+    EXPECT_EQ(pos.pieceOn(C3), makePiece(WHITE, Warrior));
+    EXPECT_EQ(pos.pieceOn(C4), makePiece(WHITE, Archer));
+    EXPECT_EQ(pos.siege2CaptiveSquare[WHITE], C4);
+    EXPECT_EQ(pos.siege2LastCaptiveSquare[WHITE], C3);
+    EXPECT_EQ(st.siege2_color, WHITE);
+    EXPECT_EQ(st.psqScore, st.previous->psqScore);
+    EXPECT_EQ(st.pliesSinceCapture, 6);
+  });
+  EXPECT_EQ(lastKeyChange, captiveKeys[C3] ^ captiveKeys[C4]);
+}
+
 TEST_F(CaptivesTest, Siege2CarrierWalkingIntoATower) {
   // Into the enemy's standing tower: the own captive dies with its carrier.
   setUp(pos, RescueDorn, "f7/8/8/8/8/1W6/8/7F w 4 1 B3 1 - 1");
