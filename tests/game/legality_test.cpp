@@ -60,6 +60,32 @@ TEST_F(LegalityTest, SeveralLeadersAreNeverInCheckAndMagiciansNeverCheck) {
   EXPECT_TRUE(playable(makeMove(D4, C5)));
 }
 
+// With two leaders a move that costs one of them is judged by the one that stays; a move that
+// costs the enemy one may check the other.
+TEST_F(LegalityTest, LosingALeaderIsJudgedByTheOneThatStays) {
+  load("7k/8/8/8/2F5/w7/8/K7 w 0 1", 3);  // the Bondsman dies on d4; the Dorn on a1 is attacked
+  EXPECT_TRUE(pos.pseudo_legal(makeMove(C4, D4)));
+  EXPECT_FALSE(playable(makeMove(C4, D4)));
+  load("7k/8/8/8/2F5/8/8/K7 w 0 1", 3);
+  EXPECT_TRUE(playable(makeMove(C4, D4)));
+
+  load("7k/8/8/8/8/w7/1F6/J7 w 0 1");  // the exchange leaves a sole Dorn on the attacked a1
+  EXPECT_FALSE(playable(makeMove(A1, B2, Exchange)));
+  load("7k/8/8/8/8/8/1F6/J7 w 0 1");
+  EXPECT_TRUE(playable(makeMove(A1, B2, Exchange)));
+
+  load("8/8/8/8/3f4/2k5/1A6/7K w 0 1");  // taking the Dorn, the Archer lands next to the Bondsman
+  CheckInfo capture(pos);
+  EXPECT_TRUE(pos.gives_check(makeMove(B2, C3), capture));
+  load("8/8/8/4f3/8/2k5/1A6/7K w 0 1");
+  EXPECT_FALSE(pos.gives_check(makeMove(B2, C3), CheckInfo(pos)));
+
+  load("7K/8/8/8/8/3f4/6W1/1M5k w 0 1", 1);  // demoting the Bondsman leaves the Dorn beside the Warrior
+  EXPECT_TRUE(pos.gives_check(makeMove(B1, D3, Demotion), CheckInfo(pos)));
+  load("7K/8/8/8/8/3f4/8/1M5k w 0 1", 1);
+  EXPECT_FALSE(pos.gives_check(makeMove(B1, D3, Demotion), CheckInfo(pos)));
+}
+
 // ---------------------------------------------------------------- leader moves and demotions
 
 TEST_F(LegalityTest, LeaderTakesBesideASwordOnlyAsAMount) {
