@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <sstream>
 #include <string>
 
 #include "frontend/command_loop.h"
@@ -154,7 +155,10 @@ constexpr double MaxMoveTime = 180;
 bool readSeconds(std::istream& is, double& seconds) {
   std::string word;
   if (!(is >> word)) return false;
-  seconds = std::atof(word.c_str());
+  // Decimal digits only, as a stream reads them: "2.5x" is 2.5; "nan" and "0x10" are 0 and not a
+  // number that could slip past the range test.
+  std::istringstream number(word);
+  if (!(number >> seconds)) seconds = 0;
   return true;
 }
 

@@ -80,6 +80,15 @@ TEST(SetupCommands, TimesSkillAndMessageLevel) {
       << out;
 }
 
+TEST(SetupCommands, TimesThatAreNoNumbersReadAsZero) {
+  std::string out = runDorn("mtb nan\nmt 0x10\nmt 2.5x\n");
+  EXPECT_TRUE(contains(out,
+                       "ok, BLACK move time reset, same as white 3 seconds\n"
+                       "moveTime (s) is out of range (0) Valid range[0-180s]\n"
+                       "ok, move time set to 2.5 seconds\n"))
+      << out;
+}
+
 TEST(SetupCommands, SetPositionAcceptsMovesAndFallsBackOnBadText) {
   std::string out = runDorn("sp\nsp k7/8/8/8/8/8/8/7K w 0 1\n");
   EXPECT_TRUE(contains(out, "?No fen string entered\n")) << out;
