@@ -38,6 +38,17 @@ TEST_F(CaptiveMovesTest, CarrierMovesAreTransfersButItsDemotionsAreNot) {
   EXPECT_FALSE(reaches(nonEvasions(C3), "d3")) << nonEvasions(C3);
 }
 
+TEST_F(CaptiveMovesTest, MagicianCarrierExchangesWithAPartnerInsteadOfHandingOver) {
+  // The Warrior on b3 is an exchange partner and gets no hand-over; the Archer on d3 gets one.
+  load("k7/8/8/8/8/1WMA4/8/7K w 0 1 C3", Siege1);
+  EXPECT_EQ(captures(C3), "b3$");
+  EXPECT_EQ(quiets(C3), "e5< c2^t d3^t c4^t");
+  EXPECT_EQ(nonEvasions(C3), "e5< b3$ c2^t d3^t c4^t");
+  exchanges = 0;
+  EXPECT_EQ(captures(C3), "");
+  EXPECT_EQ(nonEvasions(C3), "e5< c2^t b3^t d3^t c4^t");
+}
+
 TEST_F(CaptiveMovesTest, CarrierReachingItsWinSquareListsItAmongTheCaptures) {
   load("k7/8/8/8/8/1W6/8/7K w 0 1 B3", Siege1);
   EXPECT_EQ(captures(B3), "a4^t");

@@ -108,6 +108,15 @@ TEST_F(MoveGenTest, ListsFollowThePieceOrderAndTheSquareOrder) {
   EXPECT_EQ(captures(D1), "d4");
 }
 
+// The Archer on f1 shields its Dorn from the Bondsman's long reach. Each refused word takes the
+// last entry's place, and that entry is tested next, so the legal list is not in generation order.
+TEST_F(MoveGenTest, LegalListFillsARefusedPlaceWithTheLastEntry) {
+  load("k7/8/8/8/8/8/8/4fA1K w 0 1");
+  EXPECT_EQ(listText(movesOf(pos, generateNonEvasions)),
+            "f1e1 f1g1 f1e2 f1f2 f1g2 h1g1 h1f2 h1g2 h1h2 h1f3 h1g3 h1h3 h1e4 h1h4");
+  EXPECT_EQ(listText(movesOf(pos, generateLegal)), "f1e1 f1g1 h1h4 h1h3 h1h2");
+}
+
 TEST_F(MoveGenTest, SiegeWordsCarryTheirCaptiveKind) {
   load("k7/8/8/8/3a4/2W5/2g5/7K w 0 1 C3 Breached { D4 }", 3);  // the Warrior carries
   EXPECT_EQ(makePromotionMove(pos, C3, B4), makeMove(C3, B4, Promotion | Transfer));
