@@ -242,7 +242,7 @@ bool Position::pieceMoves(Move m) const {
 }
 
 Square Position::nextLeader(Color c, Square sq) const {
-  const Square* bondsmen = pieceList[c][Bondsman];
+  const uint8_t* bondsmen = pieceList[c][Bondsman];
   switch (pieceCount[c][Bondsman]) {
     case 1: return bondsmen[0];
     case 2: return bondsmen[0] == sq ? bondsmen[1] : bondsmen[0];

@@ -134,7 +134,7 @@ bool Position::dumpPieceLists() const {
     for (int t = Sword; t < PieceTypeNb; ++t) {
       out += std::string(pieceTypeNames[t]) + " ";
       int found = 0;
-      while (found < 16 && pieceList[c][t][found] != NoSquare)
+      while (found < PieceListSlots && pieceList[c][t][found] != NoSquare)
         out += squareToStringUpper(pieceList[c][t][found++]) + " ";
       out += std::to_string(pieceCount[c][t]) + "\n";
       if (found != pieceCount[c][t]) {

@@ -163,7 +163,7 @@ Position& Position::operator=(const Position& o) {
   std::copy(std::begin(o.byType), std::end(o.byType), byType);
   std::copy(std::begin(o.byColor), std::end(o.byColor), byColor);
   std::copy(&o.pieceCount[0][0], &o.pieceCount[0][0] + 2 * TypeSlots, &pieceCount[0][0]);
-  std::copy(&o.pieceList[0][0][0], &o.pieceList[0][0][0] + 2 * TypeSlots * 16, &pieceList[0][0][0]);
+  std::copy(&o.pieceList[0][0][0], &o.pieceList[0][0][0] + 2 * TypeSlots * PieceListSlots, &pieceList[0][0][0]);
   std::copy(std::begin(o.index), std::end(o.index), index);
   startState = o.startState;
   nodes = o.nodes;
@@ -208,7 +208,7 @@ void Position::clear() {
   std::fill(std::begin(byType), std::end(byType), 0);
   std::fill(std::begin(byColor), std::end(byColor), 0);
   std::fill(&pieceCount[0][0], &pieceCount[0][0] + 2 * TypeSlots, 0);
-  std::fill(&pieceList[0][0][0], &pieceList[0][0][0] + 2 * TypeSlots * 16, NoSquare);
+  std::fill(&pieceList[0][0][0], &pieceList[0][0][0] + 2 * TypeSlots * PieceListSlots, uint8_t(NoSquare));
   std::fill(std::begin(index), std::end(index), 0);
   startState = StateInfo{};
   nodes = 0;
@@ -315,14 +315,7 @@ bool Position::set(const std::string& fenText, Thread* thread) {
       std::cout << "Too many squares specified on rank " << rank << ", max is 8 squares per row\n";
       return false;
     }
-    if (!digit) {
-      // A list holds at most 15 squares and its end mark; no game reaches more of one type.
-      if (pieceCount[colorOf(p)][typeOf(p)] >= 15) {
-        std::cout << "?bad fen board setup\n";
-        return false;
-      }
-      putPiece(p, sq);
-    }
+    if (!digit) putPiece(p, sq);
     sq += width;
     onRank += width;
   }

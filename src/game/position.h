@@ -9,6 +9,8 @@
 #include "game/rules.h"
 
 class Thread;
+
+constexpr int PieceListSlots = 64;
 class Position;
 
 // Per-node facts about checks, built once for the side to move before its moves are tried.
@@ -153,7 +155,8 @@ class Position {
   Bitboard byType[TypeSlots];
   Bitboard byColor[2];
   int pieceCount[2][TypeSlots];
-  Square pieceList[2][TypeSlots][16];
+  // One slot per square, so that no promotion can overrun a list; bytes keep the table small.
+  uint8_t pieceList[2][TypeSlots][PieceListSlots];
   int index[64];
   StateInfo startState;
   uint64_t nodes;
