@@ -11,7 +11,7 @@
 #include "game/position.h"
 #include "game/rules.h"
 #include "movegen/movegen.h"
-#include "../support/capture_stdout.h"
+#include "../support/position_fixture.h"
 #include "../support/rule_sets.h"
 
 namespace {
@@ -104,18 +104,11 @@ uint64_t bruteCount(Position& pos, int plies) {
   return count;
 }
 
-class PerftTest : public ::testing::Test {
+class PerftTest : public PositionFixture {
  protected:
-  void TearDown() override {
-    resetRuleFlags();
-    setSiegeModes(DefaultGameType);
-    setPieceValues(Position());
-  }
-
   void load(int gameType, const std::string& fen) {
     setSiegeModes(gameType);
-    CaptureStdout quiet;
-    ASSERT_TRUE(pos.set(fen, nullptr)) << fen;
+    PositionFixture::load(fen);
     setPieceValues(pos);
   }
 
@@ -130,7 +123,6 @@ class PerftTest : public ::testing::Test {
     }
   }
 
-  Position pos;
 };
 
 }  // namespace

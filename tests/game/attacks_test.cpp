@@ -5,21 +5,18 @@
 #include "game/attacks.h"
 #include "game/position.h"
 #include "game/rules.h"
-#include "../support/capture_stdout.h"
+#include "../support/position_fixture.h"
 
 namespace {
 
 constexpr Bitboard bb(Square s) { return Bitboard(1) << s; }
 
-class AttacksTest : public ::testing::Test {
+class AttacksTest : public PositionFixture {
  protected:
-  void TearDown() override { setSiegeModes(DefaultGameType); }
   void load(int gameType, const std::string& fen) {
     setSiegeModes(gameType);
-    CaptureStdout quiet;
-    ASSERT_TRUE(pos.set(fen, nullptr)) << fen;
+    PositionFixture::load(fen);
   }
-  Position pos;
 };
 
 }  // namespace

@@ -9,22 +9,17 @@
 #include "game/rules.h"
 #include "movegen/notation.h"
 #include "../support/capture_stdout.h"
+#include "../support/position_fixture.h"
 
 namespace {
 
-class GameEndTest : public ::testing::Test {
+class GameEndTest : public PositionFixture {
  protected:
   void SetUp() override { initPromotableTypes(); }
-  void TearDown() override {
-    resetRuleFlags();
-    setSiegeModes(DefaultGameType);
-    setPieceValues(Position());
-  }
 
   void load(const std::string& fen) {
-    CaptureStdout quiet;
     states.clear();
-    ASSERT_TRUE(pos.set(fen, nullptr)) << fen;
+    PositionFixture::load(fen);
   }
 
   void play(const std::string& moves) {
@@ -42,7 +37,6 @@ class GameEndTest : public ::testing::Test {
     return isDrawPV(pos, &reason) ? reason : "";
   }
 
-  Position pos;
   std::deque<StateInfo> states;
 };
 

@@ -6,28 +6,16 @@
 #include "game/rules.h"
 #include "movegen/notation.h"
 #include "../support/capture_stdout.h"
+#include "../support/position_fixture.h"
 
 namespace {
 
-class NotationTest : public ::testing::Test {
+class NotationTest : public PositionFixture {
  protected:
-  void TearDown() override {
-    resetRuleFlags();
-    setSiegeModes(DefaultGameType);
-    setPieceValues(Position());
-  }
-
-  void load(const std::string& fen) {
-    CaptureStdout quiet;
-    ASSERT_TRUE(pos.set(fen, nullptr)) << fen;
-  }
-
   Move word(const std::string& text) {
     std::string w = text;
     return moveFromSquares(pos, w);
   }
-
-  Position pos;
 };
 
 }  // namespace
