@@ -10,6 +10,7 @@
 #include "game/piece_values.h"
 #include "game/position.h"
 #include "game/rules.h"
+#include "movegen/install_services.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ void initOnce() {
   static bool done = [] {
     initBitboards();
     initPsqAndKeys();
+    installGeneratorServices();
     return true;
   }();
   (void)done;

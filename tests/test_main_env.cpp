@@ -3,6 +3,7 @@
 
 #include "core/bitboard.h"
 #include "core/zobrist.h"
+#include "movegen/install_services.h"
 
 namespace {
 
@@ -11,6 +12,7 @@ class TablesEnvironment : public ::testing::Environment {
   void SetUp() override {
     initBitboards();
     initPsqAndKeys();
+    installGeneratorServices();
   }
 };
 

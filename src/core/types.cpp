@@ -1,4 +1,4 @@
-// Letter tables, names and square text forms.
+// Letter tables, names and the text forms of squares and moves.
 #include "core/types.h"
 
 #include <cctype>
@@ -31,4 +31,10 @@ Square parseSquare(const std::string& text) {
   int rank = text[1] - '1';
   if (file < 0 || file > 7 || rank < 0 || rank > 7) return NoSquare;
   return makeSquare(file, rank);
+}
+
+std::string moveToWire(Move m) {
+  if (m == MoveNone) return "(none)";
+  if (m == MoveNull) return "0000";
+  return squareToString(moveFrom(m)) + squareToString(moveTo(m));
 }

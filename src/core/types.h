@@ -81,6 +81,8 @@ constexpr bool isExchange(Move m) { return specialKind(m) == Exchange; }
 constexpr bool isDropoff(Move m) { return captiveKind(m) == Dropoff; }
 constexpr bool isPickup(Move m) { return captiveKind(m) == Pickup; }
 constexpr bool isTransfer(Move m) { return captiveKind(m) == Transfer; }
+// The wire form that needs no position: the two squares, "(none)" for MoveNone, "0000" for the null move.
+std::string moveToWire(Move m);
 
 // ---------------------------------------------------------------- values and scores
 using Value = int32_t;

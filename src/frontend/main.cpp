@@ -5,6 +5,7 @@
 #include "core/bitboard.h"
 #include "core/zobrist.h"
 #include "frontend/command_loop.h"
+#include "movegen/install_services.h"
 
 int main(int argc, char* argv[]) {
   // The identification comes before anything is built.
@@ -12,6 +13,7 @@ int main(int argc, char* argv[]) {
 
   initBitboards();
   initPsqAndKeys();
+  installGeneratorServices();
 
   // All arguments form one command line, each word followed by a blank.
   std::string args;

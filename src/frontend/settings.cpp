@@ -14,10 +14,6 @@ int blackDepth = 0;
 int computerOnComputer = 0;
 bool secondTableReady = false;
 
-int msgLevel = 0;
-const int msgFlagsByLevel[3] = {5, 13, 63};
-int msgFlags = msgFlagsByLevel[0];
-
 std::string redoMoves[MaxGameMoves];
 int redoCount = 0;
 std::string playedMoves[MaxGameMoves];
@@ -28,5 +24,3 @@ std::atomic<bool> searching{false};
 std::atomic<bool> uciGo{false};
 
 GoLimits goLimits = {};
-
-std::mutex syncOutLock;

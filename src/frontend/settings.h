@@ -1,11 +1,11 @@
-// The front end's process-wide state: the game text, console settings and message levels.
+// The front end's process-wide state: the game text, console settings and undo bookkeeping.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 
+#include "core/messages.h"
 #include "core/types.h"
 
 // The game as one text: "fen <FEN> startpos moves <move> ...". Every shown position is rebuilt from it.
@@ -22,16 +22,6 @@ extern int defaultDepth;
 extern int blackDepth;
 extern int computerOnComputer;
 extern bool secondTableReady;
-
-// Message levels: only the mask is tested.
-extern int msgLevel;
-extern int msgFlags;
-extern const int msgFlagsByLevel[3];  // {5, 13, 63}
-constexpr int MsgMoveList = 0x02;     // the board adds the legal moves
-constexpr int MsgBestMove = 0x04;     // "bestmove" in a console search
-constexpr int MsgSearchInfo = 0x08;   // "info" lines in a console search
-constexpr int MsgGameText = 0x10;     // the board adds its FEN; replays echo the game text
-constexpr int MsgStats = 0x20;        // statistics after a computer move
 
 // Undo/redo bookkeeping; each entry is a blank followed by a move's text.
 constexpr int MaxGameMoves = 400;
@@ -50,6 +40,3 @@ struct GoLimits {
   int32_t wtime, btime, winc, binc, movestogo, depth, nodes, movetime, mate, infinite, ponder;
 };
 extern GoLimits goLimits;
-
-// Keeps lines whole where they may meet the output of a running search.
-extern std::mutex syncOutLock;

@@ -2,7 +2,7 @@
 // tables and square-pair tests by which a move word is told apart.
 #include "game/attack_queries.h"
 
-#include "movegen/movegen.h"
+#include "game/captive_state.h"
 
 namespace {
 

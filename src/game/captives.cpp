@@ -5,8 +5,8 @@
 #include "core/bitboard.h"
 #include "core/psqt.h"
 #include "core/zobrist.h"
+#include "game/captive_state.h"
 #include "game/move_making.h"
-#include "movegen/movegen.h"
 
 using Zobrist::captiveKeys;
 using Zobrist::pieceKeys;

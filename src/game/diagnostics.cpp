@@ -5,7 +5,6 @@
 #include "core/bitboard.h"
 #include "game/move_stack.h"
 #include "game/position.h"
-#include "movegen/notation.h"
 
 std::string lastPositionError;
 bool checkDornCount = false;
@@ -100,7 +99,7 @@ void Position::dumpMoveStack() const {
     if (isDemotion(m)) out += '-';
     else if (isPromotion(m)) out += '+';
     out += '\n';
-    wire += moveToUci(m) + " ";
+    wire += moveToWire(m) + " ";
   }
   out += "_initialFen=" + _initialFen + "\n";
   out += "-- ---------- --\n" + wire + "\n";

@@ -6,11 +6,10 @@
 #include "core/psqt.h"
 #include "core/zobrist.h"
 #include "game/attack_queries.h"
+#include "game/generator_services.h"
 #include "game/move_making.h"
 #include "game/move_stack.h"
 #include "game/table_prefetch.h"
-#include "movegen/movegen.h"
-#include "movegen/notation.h"
 
 using Zobrist::pieceKeys;
 
@@ -28,14 +27,6 @@ void printSiegeFields(const Position& pos) {
     std::cout << "siege2CaptiveSquare[" << colorNames[c] << "]=" << squareToStringUpper(pos.siege2CaptiveSquare[c])
               << ",siege2Tower=" << pos.siege2Tower[c] << ",siege2Breached=" << pos.siege2Breached[c]
               << ",alive=" << pos.siege2CaptiveAlive[c] << ",released=" << pos.siege2CaptiveReleased[c] << "\n";
-}
-
-void printMoveList(const Position& pos, const char* name, ScoredMove* (*generate)(const Position&, ScoredMove*)) {
-  ScoredMove list[MaxMoves];
-  ScoredMove* end = generate(pos, list);
-  std::cout << name << ": ";
-  for (ScoredMove* sm = list; sm != end; ++sm) std::cout << moveToUci(sm->move) << " ";
-  std::cout << "\n";
 }
 
 void printMoveStackGlobal(const Position& pos) {
@@ -68,9 +59,7 @@ void reportLeaderCapture(const Position& pos, Move m, PieceType leaderType) {
   std::cout << "Capture of Dorn, type=" << int(leaderType) << "\n";
   printMoveStackGlobal(pos);
   if (!pos.pseudo_legal(m)) std::cout << "move not legal:" << pos.printMoveShort(m) << "\n";
-  printMoveList(pos, "captures", generateCaptures);
-  printMoveList(pos, "quiets", generateQuiets);
-  if (!pos.inCheck()) printMoveList(pos, "quietchecks", generateQuietChecks);
+  generatorServices.printMoveLists(pos);
   std::string line;
   std::getline(std::cin, line);
 }

@@ -5,9 +5,9 @@
 #include <iostream>
 
 #include "core/psqt.h"
+#include "game/generator_services.h"
 #include "game/position.h"
 #include "game/rules.h"
-#include "movegen/movegen.h"
 
 PieceType promotableTypes[7];
 
@@ -97,8 +97,7 @@ bool insufficientMaterial(const Position& pos) {
 bool hundredPlies(const Position& pos) {
   if (pos.state()->pliesSinceCapture <= 99) return false;
   if (!pos.inCheck()) return true;
-  ScoredMove list[MaxMoves];
-  return generateLegal(pos, list) != list;  // a mate stands
+  return generatorServices.hasLegalMove(pos);  // else a mate stands
 }
 
 // Counts earlier occurrences of the position, up to `wanted`.

@@ -4,9 +4,8 @@
 
 #include "core/statistics.h"
 #include "game/attack_queries.h"
+#include "game/captive_state.h"
 #include "game/move_stack.h"
-#include "movegen/movegen.h"
-#include "movegen/notation.h"
 
 namespace {
 
@@ -30,7 +29,7 @@ Square leaderAfterLoss(const Position& pos, Color c, Square sq) {
 }
 
 void reportPosition(const Position& pos, Move m, const char* text) {
-  std::cout << pos.pretty(MoveNone, false, false) << "\n" << moveToUci(m) << " " << text;
+  std::cout << pos.pretty(MoveNone, false, false) << "\n" << moveToWire(m) << " " << text;
 }
 
 }  // namespace

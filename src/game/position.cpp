@@ -7,10 +7,10 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "core/messages.h"
 #include "core/psqt.h"
 #include "core/zobrist.h"
-#include "frontend/settings.h"
-#include "game/position_text.h"
+#include "game/generator_services.h"
 
 namespace {
 
@@ -439,7 +439,7 @@ std::string Position::pretty(Move move, bool withLegalMoves, bool boardOnly) con
   if (move != MoveNone) {
     out += "\nMove: ";
     if (sideToMove == BLACK) out += "..";
-    out += moveToNotation(*this, move);
+    out += moveToWire(move);  // already played: its piece has left `from`, so only the squares are named
   }
 
   for (int r = 7; r >= 0; --r) {
@@ -490,7 +490,8 @@ std::string Position::pretty(Move move, bool withLegalMoves, bool boardOnly) con
   }
   out += "\n";
   if (msgFlags & MsgGameText) out += "Fen: " + fen() + "\n";
-  if (withLegalMoves && (inCheck() || (msgFlags & MsgMoveList))) out += "Legal moves: " + legalMovesText(*this);
+  if (withLegalMoves && (inCheck() || (msgFlags & MsgMoveList)))
+    out += "Legal moves: " + generatorServices.legalMovesText(*this);
   return out;
 }
 

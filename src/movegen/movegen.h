@@ -1,8 +1,9 @@
-// Move lists of the side to move, the move-word builders and the captive predicates they share.
+// Move lists of the side to move and the move-word builders they share.
 #pragma once
 
 #include <cstdint>
 
+#include "game/captive_state.h"
 #include "game/position.h"
 
 // A list entry: the generators write the move, the move picker the score.
@@ -42,39 +43,7 @@ inline bool towerBarred(const Position& pos, Square from) {
   return from == pos.leaderSquare(us) && pos.soleLeader(us);
 }
 
-// ---------------------------------------------------------------- captives
-// A captive is in its tower while its square is unknown or holds no piece.
-inline bool siege1CaptiveInTower(const Position& pos) {
-  Square s = pos.siege1CaptiveSquare;
-  return s == NoSquare || pos.empty(s);
-}
-inline bool siege2CaptiveInPlay(const Position& pos, Color c) {
-  return pos.siege2CaptiveAlive[c] && !pos.siege2CaptiveReleased[c];
-}
-inline bool siege2CaptiveInTower(const Position& pos, Color c) {
-  Square s = pos.siege2CaptiveSquare[c];
-  return s == NoSquare || pos.empty(s);
-}
-inline bool canPickupSiege1(const Position& pos) { return pos.siege1Breached && siege1CaptiveInTower(pos); }
-inline bool canPickupSiege2(const Position& pos, Color c) {
-  return pos.siege2Breached[c] && siege2CaptiveInTower(pos, c) && siege2CaptiveInPlay(pos, c);
-}
-// The piece on s carries a captive that is still in play.
-inline bool carriesLive(const Position& pos, Square s) {
-  return (pos.siege2CaptiveSquare[WHITE] == s && siege2CaptiveInPlay(pos, WHITE)) ||
-         (pos.siege2CaptiveSquare[BLACK] == s && siege2CaptiveInPlay(pos, BLACK));
-}
-// Arriving on s picks a captive up in Siege 2: one stands there, or s is a breach of a tower whose
-// captive is still inside.
-inline bool siege2PickupSquare(const Position& pos, Square s) {
-  for (Color c : {WHITE, BLACK})
-    if (siege2CaptiveInPlay(pos, c) &&
-        (pos.siege2CaptiveSquare[c] == s ||
-         (((pos.siege2Breached[c] >> s) & 1) && siege2CaptiveInTower(pos, c))))
-      return true;
-  return false;
-}
-
+// ---------------------------------------------------------------- captive moves
 // What the siege rules add to one piece's working set. `reachSet` is the piece's reach A (the
 // leader's before the tower bar), or the step set M of a Magician form. Outside the siege games
 // all of it is empty.

@@ -9,7 +9,6 @@
 #include "core/statistics.h"
 #include "game/attack_queries.h"
 #include "game/position.h"
-#include "game/position_text.h"
 #include "movegen/movegen.h"
 
 namespace {
@@ -47,18 +46,15 @@ void foldFifthCharacter(std::string& word) {
 }  // namespace
 
 std::string moveToUci(Move m, const Position* pos, bool withCaptureSign) {
-  if (m == MoveNone) return "(none)";
-  if (m == MoveNull) return "0000";
+  if (!pos || m == MoveNone || m == MoveNull) return moveToWire(m);
   Square from = moveFrom(m), to = moveTo(m);
   std::string s = squareToString(from);
-  if (pos && withCaptureSign && !pos->empty(to)) s += 'x';
+  if (withCaptureSign && !pos->empty(to)) s += 'x';
   s += squareToString(to);
-  if (pos) {
-    if (isPromotion(m))
-      s += LowerTypeLetters[pos->promotionType(pos->pieceOn(from), to, pos->pieceOn(to))];
-    else if (isDemotion(m))
-      s += LowerTypeLetters[pos->demotionType(pos->pieceOn(to))];
-  }
+  if (isPromotion(m))
+    s += LowerTypeLetters[pos->promotionType(pos->pieceOn(from), to, pos->pieceOn(to))];
+  else if (isDemotion(m))
+    s += LowerTypeLetters[pos->demotionType(pos->pieceOn(to))];
   return s;
 }
 
@@ -216,15 +212,4 @@ std::string prettyPv(Position& pos, int depth, Value v, int64_t ms, const Move* 
   }
   while (played > 0) pos.undo_move(pv[--played]);
   return s;
-}
-
-// The picture shows a move already played, whose piece has left `from`: only its squares can be named.
-std::string moveToNotation(const Position&, Move m) { return moveToUci(m); }
-
-std::string legalMovesText(const Position& pos) {
-  ScoredMove moves[MaxMoves];
-  std::string text;
-  for (ScoredMove *m = moves, *end = generateLegal(pos, moves); m != end; ++m)
-    text += moveToSan(pos, m->move) + " ";
-  return text;
 }

@@ -1,9 +1,9 @@
 // FEN reading and writing, siege tails, refusals, keys, copies and the board picture.
 #include <gtest/gtest.h>
 
+#include "core/messages.h"
 #include "core/psqt.h"
 #include "core/zobrist.h"
-#include "frontend/settings.h"
 #include "game/position.h"
 #include "game/rules.h"
 #include "../support/capture_stdout.h"
