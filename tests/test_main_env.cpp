@@ -1,7 +1,8 @@
-// Builds the process-wide tables once before any test runs.
+// Builds the option table and the process-wide tables once before any test runs.
 #include <gtest/gtest.h>
 
 #include "core/bitboard.h"
+#include "core/options.h"
 #include "core/zobrist.h"
 #include "movegen/install_services.h"
 
@@ -10,6 +11,7 @@ namespace {
 class TablesEnvironment : public ::testing::Environment {
  public:
   void SetUp() override {
+    buildOptions(Options, processorCount());
     initBitboards();
     initPsqAndKeys();
     installGeneratorServices();

@@ -6,6 +6,8 @@
 
 #include "frontend/bench.h"
 #include "frontend/listings.h"
+#include "frontend/memory_commands.h"
+#include "frontend/option_commands.h"
 #include "frontend/settings.h"
 #include "frontend/setup_commands.h"
 #include "game/game_end.h"
@@ -153,13 +155,16 @@ constexpr Command AnyTimeCommands[] = {
   {"stop", stopCommand},
   {"d", showBoardCommand},
   {"isready", isReadyCommand},
+  {"setoption", [](LoopContext& ctx) { setoptionCommand(ctx.args); }},
 };
 
 // The rest runs only while no search runs.
 constexpr Command IdleCommands[] = {
   {"perft", perftOrUnknown},
   {"key", keyCommand},
+  {"uci", [](LoopContext&) { uciCommand(); }},
   {"mt", [](LoopContext& ctx) { moveTimeCommand(ctx.args); }},
+  {"cc", [](LoopContext& ctx) { computerOnComputerCommand(ctx.args); }},
   {"mtb", [](LoopContext& ctx) { blackMoveTimeCommand(ctx.args); }},
   {"new", [](LoopContext& ctx) { newCommand(ctx.pos, ctx.args); }},
   {"rules", [](LoopContext& ctx) { rulesCommand(ctx.pos, ctx.args); }},
@@ -177,6 +182,7 @@ constexpr Command IdleCommands[] = {
   {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
   {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
   {"flipb", flipBoardCommand},
+  {"setmem", [](LoopContext& ctx) { setmemCommand(ctx.args); }},
   {"?", [](LoopContext&) { helpCommand(); }},
   {"position", positionCommand},
   {"flip", [](LoopContext& ctx) { ctx.pos.flip(); }},

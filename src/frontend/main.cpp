@@ -3,17 +3,27 @@
 #include <string>
 
 #include "core/bitboard.h"
+#include "core/options.h"
 #include "core/zobrist.h"
 #include "frontend/command_loop.h"
+#include "frontend/option_handlers.h"
 #include "movegen/install_services.h"
+#include "search/transposition_table.h"
 
 int main(int argc, char* argv[]) {
   // The identification comes before anything is built.
   std::cout << engineInfo(false) << std::endl;
 
+  // Every later step may read an option.
+  buildOptions(Options, processorCount());
+  attachOptionHandlers();
+
   initBitboards();
   initPsqAndKeys();
   installGeneratorServices();
+  // The search tables, the evaluation weights and the thread pool start here, in that order.
+
+  currentTable->setSize(uint64_t(Options["Hash"].intValue()));
 
   // All arguments form one command line, each word followed by a blank.
   std::string args;

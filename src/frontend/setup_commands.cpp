@@ -12,8 +12,6 @@
 #include "game/position.h"
 #include "game/rules.h"
 
-int plainNumber(const std::string& word) { return std::atoi(word.c_str()); }
-
 namespace {
 
 const char* onOff(int flag) { return flag ? "ON" : "OFF"; }

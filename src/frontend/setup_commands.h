@@ -3,6 +3,8 @@
 
 #include <istream>
 
+#include "core/plain_number.h"
+
 class Position;
 
 void newCommand(Position& pos, std::istream& is);
@@ -10,8 +12,6 @@ void setPositionCommand(Position& pos, std::istream& is);  // "sp"
 void rulesCommand(Position& pos, std::istream& is);
 void showSettings();
 void showRules();
-// Reads a number the way the console does: a word that is no number counts as 0, "3x" as 3.
-int plainNumber(const std::string& word);
 
 // Times, skill levels and message level.
 void moveTimeCommand(std::istream& is);       // "mt"

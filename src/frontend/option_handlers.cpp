@@ -1,0 +1,17 @@
+// The actions options take when assigned, attached at start-up once the layers they act on exist.
+#include "frontend/option_handlers.h"
+
+#include "core/options.h"
+#include "search/transposition_table.h"
+
+void attachOptionHandlers() {
+  Options["Hash"].setOnChange([](const Option& o) { currentTable->setSize(uint64_t(o.intValue())); });
+  Options["Clear Hash"].setOnChange([](const Option&) { currentTable->clear(); });
+
+  // Still to come, each with the subsystem it drives:
+  //   "Use Debug Log"                         starts or stops the I/O log
+  //   "Mobility (Middle Game)", "Mobility (Endgame)", "Space", "UCI_AnalyseMode"
+  //                                           rebuild the evaluation weights (evaluate_init)
+  //   "Min Split Depth", "Max Threads per Split Point", "Threads"
+  //                                           re-read the thread settings and resize the pool
+}
