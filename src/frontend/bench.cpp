@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "frontend/position_intake.h"
 #include "frontend/setup_commands.h"
 #include "game/position.h"
 #include "movegen/movegen.h"
@@ -94,9 +95,10 @@ void benchCommand(Position& pos, std::istream& is) {
   uint64_t total = 0;
   for (size_t i = 0; i < fens.size(); ++i) {
     Position p;
-    bool ok = p.set(fens[i], pos.thisThread);
+    p.thisThread = pos.thisThread;
+    bool ok = takePosition(p, fens[i]) == Intake::Taken;
     std::cerr << "\nPosition: " << i + 1 << "/" << fens.size() << "\n";
-    if (!ok) continue;  // a refused board is only partly set up: nothing to count on
+    if (!ok) continue;
     uint64_t c = perft(p, 2 * n);
     std::cerr << "\nPerft " << n << " leaf nodes: " << c << "\n";
     total += c;

@@ -48,19 +48,22 @@ bool playTextMove(Position& pos, Move m) {
 
 }  // namespace
 
-bool applyPositionText(Position& pos, std::istream& is) {
-  std::string token;
+bool applyPositionText(Position& pos, std::istream& is, Intake* outcome) {
+  Intake unused;
+  Intake& verdict = outcome ? *outcome : unused;
+  verdict = Intake::Unreadable;
+  std::string token, fen;
   if (!(is >> token)) return false;
   if (token == "startpos") {
     is >> token;  // the word "moves"
-    if (!pos.set(startFen, pos.thisThread)) return false;
+    fen = startFen;
   } else if (token == "fen") {
-    std::string fen;
     while (is >> token && token != "moves") fen += token + " ";
-    if (!pos.set(fen, pos.thisThread)) return false;
   } else {
     return false;
   }
+  verdict = takePosition(pos, fen);
+  if (verdict != Intake::Taken) return false;
 
   setupStates = std::make_unique<StateList>();
   int moves = 0;
@@ -68,12 +71,14 @@ bool applyPositionText(Position& pos, std::istream& is) {
     Move m = moveFromSquares(pos, token);
     if (m == MoveNone) {
       std::cout << "?Illegal move " << token << "\n";
+      verdict = Intake::Unreadable;
       return false;
     }
     if (moves < MaxGameMoves) playedMoves[moves] = " " + token;
     ++moves;
     if (!playTextMove(pos, m)) {
       std::cout << "?Illegal move..." << token << ", fen file is broken, fix it..\n";
+      verdict = Intake::Unreadable;
       return false;
     }
   }
@@ -83,9 +88,9 @@ bool applyPositionText(Position& pos, std::istream& is) {
   return true;
 }
 
-bool replayGame(Position& pos, const std::string& text, bool echo) {
+bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outcome) {
   std::istringstream is(text);
-  bool applied = applyPositionText(pos, is);
+  bool applied = applyPositionText(pos, is, outcome);
   if (applied && echo && (msgFlags & MsgGameText)) std::cout << text << "\n";
   return applied;
 }

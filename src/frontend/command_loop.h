@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "frontend/position_intake.h"
 #include "game/position.h"
 
 // Identification: "Dorn 0.25 64bit by Alda Reve", or the UCI form with "\nid author ".
@@ -19,10 +20,11 @@ using StateList = std::deque<StateInfo>;
 extern std::unique_ptr<StateList> setupStates;
 
 // "startpos [moves ...]" or "fen <FEN> [moves ...]" onto pos; false, with a message for a bad move,
-// when the text cannot be applied.
-bool applyPositionText(Position& pos, std::istream& is);
+// when the text cannot be applied. A position refused at the door leaves pos as it was; `outcome`,
+// when given, tells why a text was not applied.
+bool applyPositionText(Position& pos, std::istream& is, Intake* outcome = nullptr);
 // Applies a game text; with `echo` and the game-text message bit on, prints it.
-bool replayGame(Position& pos, const std::string& text, bool echo);
+bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outcome = nullptr);
 // Makes `fen` the whole game text; false for an empty FEN.
 bool setGameText(const std::string& fen);
 // Appends the empty move list unless the text has one.

@@ -91,9 +91,15 @@ void setPositionCommand(Position& pos, std::istream& is) {
     std::cout << "?No fen string entered\n";
     return;
   }
+  const std::string previousGame = searchFen;
   searchFen = "fen " + text;
   ensureMovesMarker(searchFen);
-  if (!replayGame(pos, searchFen, true)) {
+  Intake outcome;
+  if (!replayGame(pos, searchFen, true, &outcome)) {
+    if (outcome == Intake::Unreachable) {  // refused at the door: the game goes on as it was
+      searchFen = previousGame;
+      return;
+    }
     setGameText(startFen);
     replayGame(pos, searchFen, false);
   }

@@ -123,6 +123,15 @@ bool Position::attackedAfter(Color c, Move m, Square s) const {
   return attackersTo(s, occ, enemies, ~c) & enemies;
 }
 
+bool canTakeEnemyLeader(const Position& pos) {
+  Color them = ~pos.side();
+  Square k = pos.leaderSquare(them);
+  if (k == NoSquare || pos.severalLeaders(them)) return false;
+  // Magician forms never capture; Swords take no mounted leader unless the rules allow it.
+  Bitboard takers = pos.checkableBy(them);
+  return pos.allAttackersTo(k, pos.pieces(), takers) & takers;
+}
+
 bool aligned(Square a, Square b, Square c) {
   auto same = [](int x, int y, int z) { return x == y && y == z; };
   return same(rankOf(a), rankOf(b), rankOf(c)) || same(fileOf(a), fileOf(b), fileOf(c)) ||

@@ -19,6 +19,10 @@ Bitboard shieldsOf(const Position& pos, Square k, Color pinning, Color blocking)
 // The pieces of the side to move that shield its own sole leader; empty with several leaders.
 Bitboard pinnedPieces(const Position& pos);
 
+// The side to move could take the enemy's sole leader. No game reaches such a position: the enemy's
+// last move would have left its leader open.
+bool canTakeEnemyLeader(const Position& pos);
+
 // Whether three squares lie on one rank, file or diagonal.
 bool aligned(Square a, Square b, Square c);
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/bitboard.h"
+#include "game/attack_queries.h"
 #include "game/move_stack.h"
 #include "game/position.h"
 
@@ -44,20 +45,9 @@ bool Position::isConsistent() const {
       }
   }
 
-  if (checkLeaderCapture) {
-    Color o = ~sideToMove;
-    if (soleLeader(o)) {
-      Square k = leaderSquare(o);
-      PieceType leader = typeOf(board[k]);
-      // Magician forms never capture; Swords take no mounted leader unless the rules allow it.
-      Bitboard takers = pieces(sideToMove) & ~(pieces(Magician1) | pieces(Magician) | pieces(Magician2));
-      if ((leader == Bondsman || leader == Dorn) && !swordsCaptureMounts)
-        takers &= ~(pieces(Sword) | pieces(Dorn_sword));
-      if (allAttackersTo(k, pieces(), takers) & takers) {
-        lastPositionError = std::string(colorNames[o]) + " leader capture error";
-        return false;
-      }
-    }
+  if (checkLeaderCapture && canTakeEnemyLeader(*this)) {
+    lastPositionError = std::string(colorNames[~sideToMove]) + " leader capture error";
+    return false;
   }
   return true;
 }

@@ -49,8 +49,9 @@ void reportOwnPieceOnTo(const Position& pos, Move m) {
   printSiegeFields(pos);
 }
 
-// A sole leader is about to be taken, or a demotion aims past the foot of the ladder. The game
-// cannot go on sensibly, so the report waits until someone has read it.
+// A sole leader is about to be taken, or a demotion aims past the foot of the ladder. No legal move
+// from a position the front end accepts gets here; the report is for the developer, and play goes on
+// without reading input, so that no command is lost.
 void reportLeaderCapture(const Position& pos, Move m, PieceType leaderType) {
   pos.dumpPieceLists();
   std::cout << pos.pretty(MoveNone, false, true) << "\n";
@@ -60,8 +61,6 @@ void reportLeaderCapture(const Position& pos, Move m, PieceType leaderType) {
   printMoveStackGlobal(pos);
   if (!pos.pseudo_legal(m)) std::cout << "move not legal:" << pos.printMoveShort(m) << "\n";
   generatorServices.printMoveLists(pos);
-  std::string line;
-  std::getline(std::cin, line);
 }
 
 }  // namespace

@@ -72,3 +72,17 @@ void applySiegeGeometryDefaults() {
     setGoalSquares(BLACK, bit(H8));
   }
 }
+
+SiegeGeometry currentSiegeGeometry() {
+  return {siege1TowerSquares, siege1InitialTower, {siege2TowerSquares[WHITE], siege2TowerSquares[BLACK]},
+          {goalSquares[WHITE], goalSquares[BLACK]}};
+}
+
+void restoreSiegeGeometry(const SiegeGeometry& geometry) {
+  siege1TowerSquares = geometry.siege1TowerSquares;
+  siege1InitialTower = geometry.siege1InitialTower;
+  for (Color c : {WHITE, BLACK}) {
+    siege2TowerSquares[c] = geometry.siege2TowerSquares[c];
+    setGoalSquares(c, geometry.goalSquares[c]);
+  }
+}

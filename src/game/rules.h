@@ -49,3 +49,11 @@ extern Square firstGoalSquare[2];      // lowest goal square; 0 for an empty set
 void applySiegeGeometryDefaults();
 // Sets a goal set with its count and first square.
 void setGoalSquares(Color c, Bitboard squares);
+
+// The whole geometry as one value, so that a refused set-up can put back what its reading overwrote.
+struct SiegeGeometry {
+  Bitboard siege1TowerSquares, siege1InitialTower, siege2TowerSquares[2], goalSquares[2];
+  bool operator==(const SiegeGeometry&) const = default;
+};
+SiegeGeometry currentSiegeGeometry();
+void restoreSiegeGeometry(const SiegeGeometry& geometry);

@@ -1,8 +1,11 @@
 // Making and unmaking moves: exact restoration, running values against from-scratch ones, checkers.
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <random>
+#include <sstream>
 
+#include "../support/capture_stdout.h"
 #include "core/psqt.h"
 #include "core/zobrist.h"
 #include "make_unmake_support.h"
@@ -188,6 +191,29 @@ TEST_F(DoMoveTest, TypeChangesInPlace) {
   EXPECT_EQ(st1.capturedType, Archer);
   EXPECT_EQ(st1.priorType, Sword);
   EXPECT_EQ(st1.psqScore, pos.computePsqScore());
+}
+
+TEST_F(DoMoveTest, LeaderCaptureReportReadsNoInput) {
+  // Only a position that no game reaches lets a move take the sole leader; the report must not eat
+  // the next command.
+  setUp(pos, 0, "8/8/8/8/8/8/8/Kk6 w 0 1");
+  const Restorable before = restorable(pos);
+  std::istringstream input("isready\n");
+  std::streambuf* keyboard = std::cin.rdbuf(input.rdbuf());
+  std::string report;
+  {
+    CaptureStdout out;
+    pos.do_move(makeMove(A1, B1), st1);
+    report = out.text();
+  }
+  std::cin.rdbuf(keyboard);
+  std::string next;
+  EXPECT_TRUE(std::getline(input, next));
+  EXPECT_EQ(next, "isready");
+  EXPECT_NE(report.find("Capture of Dorn, type=9\n"), std::string::npos) << report;
+  EXPECT_NE(report.find("captures: a1b1 "), std::string::npos) << report;
+  pos.undo_move(makeMove(A1, B1));
+  EXPECT_TRUE(restorable(pos) == before);
 }
 
 TEST_F(DoMoveTest, QuietPlyCounters) {

@@ -176,8 +176,8 @@ TEST_F(LegalityTest, WordsWhoseKindDoesNotFitTheSquaresFailAndAreCounted) {
 
 // ---------------------------------------------------------------- random games
 
-// Over random games: every generated word is pseudo-legal, no legal move leaves the mover's sole
-// leader capturable, and a move that gives check is known to gives_check and to do_move.
+// Over random games of every game type: every generated word is pseudo-legal, no legal move leaves
+// the mover's sole leader capturable, and a move that gives check is known to gives_check and to do_move.
 // One exception by design: a Dorn form's hand-over to a neighbour it could exchange with is no
 // pseudo-legal word, since those squares make an exchange; legal refuses the leader's hand-over
 // anyway.
@@ -209,6 +209,8 @@ TEST_F(LegalityTest, RandomGamesKeepTheSoleLeaderSafe) {
             StateInfo st;
             pos.do_move(m, st, ci, check);
             EXPECT_EQ(leaderTakers(pos, us), 0u) << wordText(m);
+            // So a game text of legal moves never reaches a position that the front end refuses.
+            EXPECT_FALSE(canTakeEnemyLeader(pos)) << wordText(m);
             if (Bitboard takers = leaderTakers(pos, ~us)) {
               EXPECT_TRUE(check) << wordText(m);
               EXPECT_EQ(pos.checkers(), takers) << wordText(m);
