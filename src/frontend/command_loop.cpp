@@ -176,6 +176,7 @@ constexpr Command IdleCommands[] = {
   {"nev", [](LoopContext& ctx) { listNonEvasions(ctx.pos); }},
   {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
   {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
+  {"see", [](LoopContext& ctx) { listSeeValues(ctx.pos); }},
   {"flipb", flipBoardCommand},
   {"?", [](LoopContext&) { helpCommand(); }},
   {"position", positionCommand},
