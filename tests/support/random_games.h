@@ -14,46 +14,39 @@
 #include "movegen/movegen.h"
 #include "rule_sets.h"
 
-// Plays `games` random games of each game type under each rule set, of up to `plies` plies, and
-// hands every position met to `visit` with a line that names it. Captures, special words and tower
-// moves are preferred two times in three, so that the games reach exchanges, promotions and the
-// siege events. Puts the rules and piece values back at the end.
+// Hands every position of `games` random games per game type and rule set, of up to `plies` plies,
+// to `visit` with a line that names it. Captures, special words and tower moves are preferred two
+// times in three, so that the games meet the siege events. Puts the rules back at the end.
 inline void forRandomPositions(int games, int plies, unsigned seed,
                                const std::function<void(Position&, const std::string&)>& visit) {
   std::mt19937 rng(seed);
   for (const GameType& type : gameTypeTable)
-    for (const RuleSet& rules : ruleSets) {
-      resetRuleFlags();
-      rules.apply();
-      if (type.number == 4 && !bondsmenLeaders) continue;  // nobody would lead
-      setSiegeModes(type.number);
+    for (const RuleSet& rules : ruleSets)
       for (int game = 0; game < games; ++game) {
+        resetRuleFlags();
+        rules.apply();
+        if (type.number == 4 && !bondsmenLeaders) break;  // nobody would lead
+        setSiegeModes(type.number);
         Position pos;
-        const char* fen = type.secondStartFen && game % 2 ? type.secondStartFen : type.startFen;
-        ASSERT_TRUE(pos.set(fen, nullptr)) << fen;
+        ASSERT_TRUE(pos.set(type.secondStartFen && game % 2 ? type.secondStartFen : type.startFen, nullptr));
         setPieceValues(pos);
         moveStackCount = 0;
         std::deque<StateInfo> states;
-        for (int ply = 0; ply < plies; ++ply) {
-          const std::string where = std::string(type.name) + ", " + rules.name + ", game " + std::to_string(game) +
-                                    ", ply " + std::to_string(ply) + ": " + pos.fen();
-          visit(pos, where);
-          if (::testing::Test::HasFatalFailure()) return;
-          ScoredMove legal[MaxMoves];
-          ScoredMove* end = generateLegal(pos, legal);
-          if (end == legal) break;
-          std::vector<Move> eventful;
-          for (ScoredMove* sm = legal; sm != end; ++sm)
-            if (specialKind(sm->move) || captiveKind(sm->move) || !pos.empty(moveTo(sm->move)) ||
-                pos.onStandingTower(moveTo(sm->move)))
-              eventful.push_back(sm->move);
-          Move m = !eventful.empty() && rng() % 3 ? eventful[rng() % eventful.size()]
-                                                  : legal[rng() % (end - legal)].move;
-          states.emplace_back();
-          pos.do_move(m, states.back());
+        for (int ply = 0; ply < plies && !::testing::Test::HasFatalFailure(); ++ply) {
+          visit(pos, std::string(type.name) + ", " + rules.name + ", ply " + std::to_string(ply) + ": " + pos.fen());
+          ScoredMove list[MaxMoves];
+          std::vector<Move> legal, eventful;
+          for (ScoredMove* sm = list, *end = generateLegal(pos, list); sm != end; ++sm) {
+            const Move m = sm->move;
+            legal.push_back(m);
+            if (specialKind(m) || captiveKind(m) || !pos.empty(moveTo(m)) || pos.onStandingTower(moveTo(m)))
+              eventful.push_back(m);
+          }
+          if (legal.empty()) break;
+          const std::vector<Move>& from = !eventful.empty() && rng() % 3 ? eventful : legal;
+          pos.do_move(from[rng() % from.size()], states.emplace_back());
         }
       }
-    }
   resetRuleFlags();
   setSiegeModes(DefaultGameType);
   setPieceValues(Position());
