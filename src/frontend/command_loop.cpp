@@ -186,6 +186,7 @@ constexpr Command IdleCommands[] = {
   {"nev", [](LoopContext& ctx) { listNonEvasions(ctx.pos); }},
   {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
   {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
+  {"see", [](LoopContext& ctx) { listSeeValues(ctx.pos); }},
   {"flipb", flipBoardCommand},
   {"setmem", [](LoopContext& ctx) { setmemCommand(ctx.args); }},
   {"?", [](LoopContext&) { helpCommand(); }},

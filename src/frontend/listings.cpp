@@ -5,6 +5,8 @@
 #include <string>
 
 #include "movegen/movegen.h"
+#include "movegen/notation.h"
+#include "search/see.h"
 
 namespace {
 
@@ -36,3 +38,12 @@ void listEvasions(const Position& pos) {
 }
 void listNonEvasions(const Position& pos) { listMoves(pos, "non evasions", generateNonEvasions); }
 void listLegal(const Position& pos) { listMoves(pos, "legal", generateLegal); }
+
+void listSeeValues(Position& pos) {
+  ScoredMove moves[MaxMoves];
+  ScoredMove* end = generateLegal(pos, moves);
+  std::string text = "see values:\n";
+  for (ScoredMove* m = moves; m != end; ++m)
+    text += moveToUci(m->move) + " " + std::to_string(see(pos, m->move)) + "\n";
+  std::cout << text;
+}

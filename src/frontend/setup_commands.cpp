@@ -269,5 +269,6 @@ void helpCommand() {
             << "skillb    [sets skill level for BLACK, for computer vs computer mode]\n"
             << "msglevel  [0=show no msgs,1=show search info/depth,2=legal moves&stats]\n"
             << "setmem 64 [set size in MB of memory used, default 32MB, min 4MB]\n"
-            << "quit      [exits dorn]\n";
+            << "quit      [exits dorn]\n"
+            << "see       [show the exchange value of each legal move]\n";
 }

@@ -14,10 +14,6 @@ using Zobrist::towerKeys;
 
 namespace {
 
-// Paid once, to the side whose Magician opens the first tower square on its own side of the board.
-constexpr Score firstBreachBonus = makeScore(120, 120);
-constexpr Bitboard ownHalf[2] = {0x00000000FFFFFFFFULL, 0xFFFFFFFF00000000ULL};
-
 // Recorded in siege2_color when a word touched no captive it claimed to, so that undo leaves the
 // captives alone.
 constexpr Color NoCaptiveColor = Color(2);

@@ -36,6 +36,13 @@ void reportPosition(const Position& pos, Move m, const char* text) {
 
 // ---------------------------------------------------------------- pseudo-legality
 
+bool countedPseudoLegal(const Position& pos, Move m) {
+  bump(stats.plTests);
+  if (pos.pseudo_legal(m)) return true;
+  bump(stats.plFails);
+  return false;
+}
+
 bool Position::pseudo_legal(Move m) const {
   Color us = sideToMove;
   Square from = moveFrom(m), to = moveTo(m);

@@ -215,6 +215,9 @@ inline bool Position::onDropoff(Color c, Square s) const {
          !siege2CaptiveReleased[c];
 }
 
+// pseudo_legal for a word from a table, a killer or a text, counted in the statistics.
+bool countedPseudoLegal(const Position& pos, Move m);
+
 // The transfer that hands the captive to a friendly piece without moving anything; despite the
 // name it holds in both siege modes.
 inline bool isSiege1Exchange(const Position& pos, Move m) {

@@ -45,6 +45,11 @@ extern Bitboard goalSquares[2];        // Siege 1 win squares, Siege 2 drop-off 
 extern int goalSquareCount[2];
 extern Square firstGoalSquare[2];      // lowest goal square; 0 for an empty set
 
+// Ranks 1 to 4 for White, 5 to 8 for Black.
+inline constexpr Bitboard ownHalf[2] = {0x00000000FFFFFFFFULL, 0xFFFFFFFF00000000ULL};
+// Paid once, to the side whose Magician opens the first tower square on its own side of the board.
+inline constexpr Score firstBreachBonus = makeScore(120, 120);
+
 // The default towers and goals of the siege mode in force.
 void applySiegeGeometryDefaults();
 // Sets a goal set with its count and first square.

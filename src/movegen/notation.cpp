@@ -6,7 +6,6 @@
 #include <iostream>
 
 #include "core/psqt.h"
-#include "core/statistics.h"
 #include "game/attack_queries.h"
 #include "game/position.h"
 #include "movegen/movegen.h"
@@ -31,13 +30,6 @@ std::string sanName(PieceType t) {
 }
 
 Value swordValue() { return pieceValueMg[Sword]; }
-
-bool countedPseudoLegal(const Position& pos, Move m) {
-  bump(stats.plTests);
-  if (pos.pseudo_legal(m)) return true;
-  bump(stats.plFails);
-  return false;
-}
 
 void foldFifthCharacter(std::string& word) {
   if (word.size() == 5) word[4] = char(std::tolower(static_cast<unsigned char>(word[4])));
