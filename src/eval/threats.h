@@ -1,4 +1,4 @@
-// Threats: bonuses for attacks on enemy pieces that are weak or worth more than the attacker.
+// Threats against enemy pieces, and the leader rows of the evaluation report.
 #pragma once
 
 #include "core/types.h"
@@ -6,8 +6,11 @@
 
 class Position;
 
-// Reads the attack sets both sides' piece evaluation filled; positive is good for us.
+// Us's threats against Them; reads the attack sets of both colours, which must be complete.
 Score evaluateThreats(const Position& pos, const EvalInfo& ei, Color us);
 
 // Copies the rows of the threat table that depend on the rule flags; run by evaluate_init.
 void evaluateThreatsInit();
+
+// The "Dorn safety" and "Dorn threat" rows of the evaluation report; they never reach evaluate.
+void dornSafetyReport(const Position& pos, const EvalInfo& ei, Color us, Score& safety, Score& threat);
