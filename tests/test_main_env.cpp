@@ -3,6 +3,7 @@
 
 #include "core/bitboard.h"
 #include "core/zobrist.h"
+#include "eval/evaluate.h"
 
 namespace {
 
@@ -11,6 +12,7 @@ class TablesEnvironment : public ::testing::Environment {
   void SetUp() override {
     initBitboards();
     initPsqAndKeys();
+    evaluate_init();
   }
 };
 

@@ -4,7 +4,9 @@
 #include <iostream>
 #include <sstream>
 
+#include "eval/eval_tables.h"
 #include "frontend/bench.h"
+#include "frontend/eval_command.h"
 #include "frontend/listings.h"
 #include "frontend/settings.h"
 #include "frontend/setup_commands.h"
@@ -177,6 +179,7 @@ constexpr Command IdleCommands[] = {
   {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
   {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
   {"flipb", flipBoardCommand},
+  {"eval", [](LoopContext& ctx) { evalCommand(ctx.pos); }},
   {"?", [](LoopContext&) { helpCommand(); }},
   {"position", positionCommand},
   {"flip", [](LoopContext& ctx) { ctx.pos.flip(); }},
@@ -210,9 +213,11 @@ std::string readCommand() {
 
 void commandLoop(const std::string& args) {
   std::string cmd = args, token;
+  // The loop's own position evaluates with tables of its own, apart from the search threads'.
+  auto tables = std::make_unique<EvalTables>();
   Position pos;
 
-  if (!pos.set(startFen, nullptr)) {
+  if (!pos.set(startFen, tables.get())) {
     readCommand();
     return;
   }

@@ -4,6 +4,7 @@
 
 #include "core/bitboard.h"
 #include "core/zobrist.h"
+#include "eval/evaluate.h"
 #include "frontend/command_loop.h"
 
 int main(int argc, char* argv[]) {
@@ -12,6 +13,7 @@ int main(int argc, char* argv[]) {
 
   initBitboards();
   initPsqAndKeys();
+  evaluate_init();
 
   // All arguments form one command line, each word followed by a blank.
   std::string args;
