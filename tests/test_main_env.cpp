@@ -4,6 +4,7 @@
 #include "core/bitboard.h"
 #include "core/zobrist.h"
 #include "eval/evaluate.h"
+#include "game/game_end.h"
 
 namespace {
 
@@ -13,6 +14,7 @@ class TablesEnvironment : public ::testing::Environment {
     initBitboards();
     initPsqAndKeys();
     evaluate_init();
+    initPromotableTypes();
   }
 };
 

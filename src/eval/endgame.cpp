@@ -2,9 +2,11 @@
 #include "eval/endgame.h"
 
 #include <cctype>
+#include <cstring>
 
 #include "core/bitboard.h"
 #include "core/psqt.h"
+#include "core/zobrist.h"
 #include "eval/trade_bonus.h"
 #include "game/game_end.h"
 #include "game/position.h"
@@ -104,14 +106,19 @@ Value Endgame<LeaderSwordLeader, Value>::operator()(const Position&) const {
 }
 
 Key endgameCodeKey(const std::string& code, Color c) {
-  size_t second = code.find('K', 1);
-  std::string first = code.substr(0, second), rest = code.substr(second);
-  std::string& lower = c == WHITE ? rest : first;
-  for (char& ch : lower) ch = char(std::tolower(static_cast<unsigned char>(ch)));
-  std::string fen = rest + char('8' - code.size()) + first + "/8/8/8/8/8/8/8 w 0 10";
-  Position pos;
-  pos.set(fen, nullptr);
-  return pos.materialKey();
+  // The material key of a position holding these pieces, counted directly: setting such a position
+  // up would reset the siege geometry of the game in force.
+  const size_t second = code.find('K', 1);
+  int counts[2][TypeSlots] = {};
+  Key key = 0;
+  for (size_t i = 0; i < code.size(); ++i) {
+    const char* letter = std::strchr(fenLetters + 1, std::toupper(static_cast<unsigned char>(code[i])));
+    PieceType t = letter ? PieceType(letter - fenLetters) : NoPieceType;
+    if (t == NoPieceType || t >= PieceTypeNb) continue;
+    Color side = i < second ? c : ~c;
+    key ^= Zobrist::pieceKeys[side][t][counts[side][t]++];
+  }
+  return key;
 }
 
 Endgames::Endgames() {
