@@ -3,7 +3,6 @@
 #include "eval/evaluate.h"
 
 #include <iomanip>
-#include <memory>
 
 #include "core/bitboard.h"
 #include "core/psqt.h"
@@ -22,7 +21,6 @@
 std::atomic<uint32_t> evalCount{0};
 Score MobilityWeight = 0;
 Score SpaceWeight = 0;
-Score tracedScores[2][TraceRows];
 
 namespace {
 
@@ -164,13 +162,6 @@ Value evaluateWith(const Position& pos, Value& margin, std::ostream* closing) {
 }
 
 }  // namespace
-
-EvalTables& evalTablesOf(const Position& pos) {
-  if (pos.thisThread) return *pos.thisThread;
-  thread_local std::unique_ptr<EvalTables> spare;
-  if (!spare) spare = std::make_unique<EvalTables>();
-  return *spare;
-}
 
 Value evaluate(const Position& pos, Value& margin) { return evaluateWith<false>(pos, margin, nullptr); }
 

@@ -8,6 +8,8 @@
 #include "eval/trade_bonus.h"
 #include "game/position.h"
 
+Score tracedScores[2][TraceRows];
+
 namespace {
 
 struct ReportRow {
