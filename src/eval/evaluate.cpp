@@ -110,6 +110,7 @@ Value evaluateWith(const Position& pos, Value& margin, std::ostream* closing) {
   score += evaluatePieces(pos, ei, WHITE, Trace ? typeTerms[WHITE] : nullptr);
   score += applyWeight(ei.mobility[WHITE] - ei.mobility[BLACK], MobilityWeight);
 
+  // The leaders' safety adds nothing here: pressure on a leader is scored by the pin bonus.
   const Score threats[2] = {evaluateThreats(pos, ei, WHITE), evaluateThreats(pos, ei, BLACK)};
   score += threats[WHITE] - threats[BLACK];
 

@@ -4,29 +4,23 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <functional>
 #include <random>
 #include <vector>
 
+#include "../support/capture_stdout.h"
+#include "../support/position_fixture.h"
 #include "eval/evaluate.h"
 #include "eval/trade_bonus.h"
 #include "game/move_stack.h"
-#include "game/piece_values.h"
-#include "game/position.h"
-#include "game/rules.h"
 #include "movegen/movegen.h"
-#include "../support/capture_stdout.h"
-#include "../support/position_fixture.h"
 
 namespace eval_test {
 
 // No root to trade against and no first move: the trade bonus is 0 until a test sets them.
 inline void clearRootState() {
-  rootNpMaterial[WHITE] = rootNpMaterial[BLACK] = 0;
-  rootSwordBalance = 0;
+  rootNpMaterial[WHITE] = rootNpMaterial[BLACK] = rootSwordBalance = moveStackCount = 0;
   rootSideToMove = WHITE;
-  moveStackCount = 0;
   moveStack[0] = MoveNone;
   moveStackCapture[0] = false;
 }
@@ -38,7 +32,7 @@ class EvalFixture : public PositionFixture {
     clearRootState();
     PositionFixture::TearDown();
   }
-  // Sets a FEN under a game type and the rules in force, with piece values to match.
+  // A FEN under a game type, with the piece values of that type and the rules in force.
   void loadIn(int gameType, const std::string& fen) {
     setSiegeModes(gameType);
     load(fen);
@@ -56,51 +50,43 @@ class EvalFixture : public PositionFixture {
 inline Bitboard mirrored(Bitboard b) { return __builtin_bswap64(b); }
 inline Square mirrored(Square s) { return s == NoSquare ? NoSquare : flipRank(s); }
 
-// The process-wide siege geometry, to be mirrored and put back around an evaluation.
+// The process-wide towers and goals.
 struct SiegeGeometry {
-  Bitboard siege1Tower, siege2Towers[2], goals[2];
+  Bitboard siege1Tower, towers[2], goals[2];
   static SiegeGeometry current() {
-    return {siege1TowerSquares, {siege2TowerSquares[WHITE], siege2TowerSquares[BLACK]},
-            {goalSquares[WHITE], goalSquares[BLACK]}};
+    return {siege1TowerSquares, {siege2TowerSquares[0], siege2TowerSquares[1]}, {goalSquares[0], goalSquares[1]}};
   }
   SiegeGeometry colourMirror() const {
-    return {mirrored(siege1Tower), {mirrored(siege2Towers[BLACK]), mirrored(siege2Towers[WHITE])},
-            {mirrored(goals[BLACK]), mirrored(goals[WHITE])}};
+    return {mirrored(siege1Tower), {mirrored(towers[1]), mirrored(towers[0])}, {mirrored(goals[1]), mirrored(goals[0])}};
   }
   void apply() const {
     siege1TowerSquares = siege1Tower;
-    siege2TowerSquares[WHITE] = siege2Towers[WHITE];
-    siege2TowerSquares[BLACK] = siege2Towers[BLACK];
-    setGoalSquares(WHITE, goals[WHITE]);
-    setGoalSquares(BLACK, goals[BLACK]);
+    for (Color c : {WHITE, BLACK}) siege2TowerSquares[c] = towers[c], setGoalSquares(c, goals[c]);
   }
 };
 
-// The same game seen from the other side: pieces, side to move and every siege field mirrored by
-// rank with the colours exchanged. The piece lists keep their order, which the outpost support
-// test depends on. The state is computed under `geometry`, the mirrored geometry; the running psq
-// sum is the negative of the original's, siege drift included.
+// The same game seen from the other side: pieces, side to move and siege fields mirrored by rank
+// with the colours exchanged. The piece lists keep their order, on which the outpost support test
+// depends. The state is computed under the mirrored `geometry`; the running psq sum is the
+// negative of the original's, siege drift included.
 inline Position colourMirror(const Position& pos, const SiegeGeometry& geometry) {
   Position m;
   m.sideToMove = ~pos.side();
-  m.gamePly = pos.gamePly;
   for (Color c : {WHITE, BLACK})
     for (int t = Sword; t < PieceTypeNb; ++t)
       for (int i = 0; i < pos.count(c, PieceType(t)); ++i)
         m.putPiece(makePiece(~c, PieceType(t)), flipRank(pos.pieceList[c][t][i]));
   m.siege1CaptiveSquare = mirrored(pos.siege1CaptiveSquare);
-  m.siege1LastCaptiveSquare = mirrored(pos.siege1LastCaptiveSquare);
   m.siege1Tower = mirrored(pos.siege1Tower);
   m.siege1Breached = mirrored(pos.siege1Breached);
   for (Color c : {WHITE, BLACK}) {
     m.siege2CaptiveSquare[c] = mirrored(pos.siege2CaptiveSquare[~c]);
-    m.siege2LastCaptiveSquare[c] = mirrored(pos.siege2LastCaptiveSquare[~c]);
     m.siege2Tower[c] = mirrored(pos.siege2Tower[~c]);
     m.siege2Breached[c] = mirrored(pos.siege2Breached[~c]);
     m.siege2CaptiveAlive[c] = pos.siege2CaptiveAlive[~c];
     m.siege2CaptiveReleased[c] = pos.siege2CaptiveReleased[~c];
   }
-  SiegeGeometry saved = SiegeGeometry::current();
+  const SiegeGeometry saved = SiegeGeometry::current();
   geometry.apply();
   m.computeStateFromScratch();
   m.computeCheckers();
@@ -109,32 +95,10 @@ inline Position colourMirror(const Position& pos, const SiegeGeometry& geometry)
   return m;
 }
 
-// Rule sets the random games run under, as changes from the defaults.
-struct EvalRules {
-  const char* name;
-  void (*apply)();
-};
-inline const EvalRules evalRuleSets[] = {
-    {"defaults", [] {}},
-    {"Swords take mounts, long reach, capture promotions",
-     [] {
-       swordsCaptureMounts = 1;
-       capturePromotions = 1;
-       magicianExtendedDemotionSqs = 2;
-       powerMagicianExtendedDemotionSqs = 1;
-     }},
-    {"no base promotions or siege exchanges",
-     [] {
-       basePromotions = 0;
-       siegeExchanges = 0;
-     }},
-};
-
-// Plays random legal games from the start of a game type, preferring captures and special moves,
-// and calls `visit` on every position reached (the start included), and `eachMove` with every
-// legal move of it when given.
+// Random legal games from the start of a game type, preferring captures and special moves.
+// `visit` sees every position reached; `eachMove`, when given, every legal move of it.
 inline void playRandomGames(int gameType, int games, int plies, const std::function<void(Position&)>& visit,
-                            const std::function<void(Position&, Move)>& eachMove = nullptr) {
+                            const std::function<void(Position&, Move)>& eachMove) {
   std::mt19937 rng(977u + 31u * unsigned(gameType));
   for (int g = 0; g < games; ++g) {
     Position pos;
@@ -143,23 +107,21 @@ inline void playRandomGames(int gameType, int games, int plies, const std::funct
       CaptureStdout quiet;
       ASSERT_TRUE(pos.set(gameTypeTable[gameType].startFen, nullptr));
       setPieceValues(pos);
-      ASSERT_TRUE(pos.set(gameTypeTable[gameType].startFen, nullptr));
+      pos.set(gameTypeTable[gameType].startFen, nullptr);
     }
     std::vector<StateInfo> states(plies);
     for (int ply = 0; ply < plies; ++ply) {
       moveStackCount = 0;  // as each search starts it
       visit(pos);
-      ScoredMove legal[MaxMoves];
-      ScoredMove* end = generateLegal(pos, legal);
+      ScoredMove legal[MaxMoves], *end = generateLegal(pos, legal);
       if (end == legal) break;
-      if (eachMove)
-        for (ScoredMove* sm = legal; sm != end; ++sm) eachMove(pos, sm->move);
       std::vector<Move> eventful;
-      for (ScoredMove* sm = legal; sm != end; ++sm)
-        if (captiveKind(sm->move) || specialKind(sm->move) || !pos.empty(moveTo(sm->move)))
-          eventful.push_back(sm->move);
-      Move m = !eventful.empty() && rng() % 2 ? eventful[rng() % eventful.size()] : legal[rng() % (end - legal)].move;
-      pos.do_move(m, states[ply]);
+      for (ScoredMove* sm = legal; sm != end; ++sm) {
+        if (eachMove) eachMove(pos, sm->move);
+        if (captiveKind(sm->move) || specialKind(sm->move) || !pos.empty(moveTo(sm->move))) eventful.push_back(sm->move);
+      }
+      bool special = !eventful.empty() && rng() % 2;
+      pos.do_move(special ? eventful[rng() % eventful.size()] : legal[rng() % (end - legal)].move, states[ply]);
     }
   }
 }
