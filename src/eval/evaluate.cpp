@@ -19,8 +19,8 @@
 #include "game/rules.h"
 
 std::atomic<uint32_t> evalCount{0};
-Score MobilityWeight = 0;
-Score SpaceWeight = 0;
+std::atomic<Score> MobilityWeight{0};
+std::atomic<Score> SpaceWeight{0};
 
 namespace {
 
@@ -56,7 +56,7 @@ int spaceCount(const Position& pos, const EvalInfo& ei, Color c) {
 // The space term of a count difference (or of one side's count), middle game only.
 Score spaceScore(int count, int spaceWeight) {
   int16_t d = int16_t(count * spaceWeight);
-  return makeScore(mgValue(SpaceWeight) * d / 256, 0);
+  return makeScore(mgValue(SpaceWeight.load(std::memory_order_relaxed)) * d / 256, 0);
 }
 
 // Material in the units the siege fold-in keeps at full weight, White minus Black.
@@ -108,7 +108,8 @@ Value evaluateWith(const Position& pos, Value& margin, std::ostream* closing) {
   Score typeTerms[2][TypeSlots] = {};
   score -= evaluatePieces(pos, ei, BLACK, Trace ? typeTerms[BLACK] : nullptr);
   score += evaluatePieces(pos, ei, WHITE, Trace ? typeTerms[WHITE] : nullptr);
-  score += applyWeight(ei.mobility[WHITE] - ei.mobility[BLACK], MobilityWeight);
+  const Score mobilityWeight = MobilityWeight.load(std::memory_order_relaxed);
+  score += applyWeight(ei.mobility[WHITE] - ei.mobility[BLACK], mobilityWeight);
 
   // The leaders' safety adds nothing here: pressure on a leader is scored by the pin bonus.
   const Score threats[2] = {evaluateThreats(pos, ei, WHITE), evaluateThreats(pos, ei, BLACK)};
@@ -141,7 +142,7 @@ Value evaluateWith(const Position& pos, Value& margin, std::ostream* closing) {
   if constexpr (Trace) {
     for (Color c : {WHITE, BLACK}) {
       for (int t = Sword; t <= Dorn_sword; ++t) tracedScores[c][t] = typeTerms[c][t];
-      tracedScores[c][MobilityRow] = applyWeight(ei.mobility[c], MobilityWeight);
+      tracedScores[c][MobilityRow] = applyWeight(ei.mobility[c], mobilityWeight);
       tracedScores[c][ThreatsRow] = threats[c];
       dornSafetyReport(pos, ei, c, tracedScores[c][DornSafetyRow], tracedScores[c][DornThreatRow]);
       if (spaceWeight) tracedScores[c][SpaceRow] = spaceScore(space[c], spaceWeight);
@@ -171,8 +172,9 @@ Value tracedEvaluate(const Position& pos, Value& margin, std::ostream& closing) 
 }
 
 void evaluate_init() {
-  MobilityWeight = weightOption("Mobility (Middle Game)", "Mobility (Endgame)", InternalMobilityWeight);
-  SpaceWeight = weightOption("Space", "Space", InternalSpaceWeight);
+  MobilityWeight.store(weightOption("Mobility (Middle Game)", "Mobility (Endgame)", InternalMobilityWeight),
+                       std::memory_order_relaxed);
+  SpaceWeight.store(weightOption("Space", "Space", InternalSpaceWeight), std::memory_order_relaxed);
   evaluateThreatsInit();
   installSiegeScoring();
 }

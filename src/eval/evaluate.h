@@ -12,9 +12,10 @@ class Position;
 // load and store, so concurrent calls may lose counts, which only the statistics see.
 extern std::atomic<uint32_t> evalCount;
 
-// Middle-game and end-game weights of the mobility and space terms, scaled by their options.
-extern Score MobilityWeight;
-extern Score SpaceWeight;
+// Middle-game and end-game weights of the mobility and space terms, scaled by their options. An
+// option may change while a search runs, so they are atomic; relaxed loads cost nothing here.
+extern std::atomic<Score> MobilityWeight;
+extern std::atomic<Score> SpaceWeight;
 
 // A multiple of 8, unless an ending evaluator takes over. `margin` receives 0.
 Value evaluate(const Position& pos, Value& margin);
