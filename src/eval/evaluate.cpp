@@ -137,7 +137,7 @@ Value evaluateWith(const Position& pos, Value& margin, std::ostream* closing) {
 
   const int phase = ei.material->gamePhase;
   Value v = (mgValue(score) * phase + egValue(score) * (128 - phase)) / 128;
-  v = (v + 4) & ~7;
+  v = (v + 4) & ~7;  // to a multiple of 8, ties upward
 
   if constexpr (Trace) {
     for (Color c : {WHITE, BLACK}) {
@@ -153,11 +153,10 @@ Value evaluateWith(const Position& pos, Value& margin, std::ostream* closing) {
     tracedScores[WHITE][ImbalanceRow] = makeScore(materialValue, materialValue);
     tracedScores[WHITE][TotalRow] = score;
 
-    // No scaling reaches the result: the factor is 64 of 64.
+    const double scalePercent = 100.0;  // no scaling reaches the result: the factor is 64 of 64
     *closing << "\nUncertainty margin: White: " << inSwords(ei.margin[WHITE]) << ", Black: " << inSwords(ei.margin[BLACK])
              << "\nScaling: " << std::noshowpos << std::setw(6) << 100.0 * phase / 128.0 << "% MG, " << std::setw(6)
-             << 100.0 * (1.0 - phase / 128.0) << "% * " << std::setw(6) << 100.0 * int(ScaleFactorNormal) / int(ScaleFactorNormal)
-             << "% EG.\n";
+             << 100.0 * (1.0 - phase / 128.0) << "% * " << std::setw(6) << scalePercent << "% EG.\n";
     writeTotalLine(*closing, v);
   }
   return us == WHITE ? v : -v;
