@@ -4,6 +4,8 @@
 #include "core/bitboard.h"
 #include "core/options.h"
 #include "core/zobrist.h"
+#include "eval/evaluate.h"
+#include "game/game_end.h"
 #include "movegen/install_services.h"
 
 namespace {
@@ -15,6 +17,8 @@ class TablesEnvironment : public ::testing::Environment {
     initBitboards();
     initPsqAndKeys();
     installGeneratorServices();
+    evaluate_init();
+    initPromotableTypes();
   }
 };
 

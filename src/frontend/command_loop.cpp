@@ -4,7 +4,9 @@
 #include <iostream>
 #include <sstream>
 
+#include "eval/eval_tables.h"
 #include "frontend/bench.h"
+#include "frontend/eval_command.h"
 #include "frontend/listings.h"
 #include "frontend/memory_commands.h"
 #include "frontend/option_commands.h"
@@ -189,6 +191,7 @@ constexpr Command IdleCommands[] = {
   {"see", [](LoopContext& ctx) { listSeeValues(ctx.pos); }},
   {"flipb", flipBoardCommand},
   {"setmem", [](LoopContext& ctx) { setmemCommand(ctx.args); }},
+  {"eval", [](LoopContext& ctx) { evalCommand(ctx.pos); }},
   {"?", [](LoopContext&) { helpCommand(); }},
   {"position", positionCommand},
   {"flip", [](LoopContext& ctx) { ctx.pos.flip(); }},
@@ -222,9 +225,11 @@ std::string readCommand() {
 
 void commandLoop(const std::string& args) {
   std::string cmd = args, token;
+  // The loop's own position evaluates with tables of its own, apart from the search threads'.
+  auto tables = std::make_unique<EvalTables>();
   Position pos;
 
-  if (!pos.set(startFen, nullptr)) {
+  if (!pos.set(startFen, tables.get())) {
     readCommand();
     return;
   }

@@ -5,6 +5,7 @@
 #include "core/bitboard.h"
 #include "core/options.h"
 #include "core/zobrist.h"
+#include "eval/evaluate.h"
 #include "frontend/command_loop.h"
 #include "frontend/option_handlers.h"
 #include "movegen/install_services.h"
@@ -21,7 +22,8 @@ int main(int argc, char* argv[]) {
   initBitboards();
   initPsqAndKeys();
   installGeneratorServices();
-  // The search tables, the evaluation weights and the thread pool start here, in that order.
+  // The search tables and the thread pool start here, in that order.
+  evaluate_init();
 
   currentTable->setSize(uint64_t(Options["Hash"].intValue()));
 

@@ -190,7 +190,7 @@ Position& Position::operator=(const Position& o) {
 // (StateInfo is copied whole and may grow freely).
 static_assert(sizeof(Position) - sizeof(StateInfo) == 3040, "Position changed: update Position::operator=");
 
-Position::Position(const Position& other, Thread* owner) {
+Position::Position(const Position& other, EvalTables* owner) {
   *this = other;
   startState = *other.st;  // `previous` is kept, so the chain behind stays reachable
   st = &startState;
@@ -284,7 +284,7 @@ void Position::movePiece(Square from, Square to) {
 
 // ---------------------------------------------------------------- FEN reader
 
-bool Position::set(const std::string& fenText, Thread* thread) {
+bool Position::set(const std::string& fenText, EvalTables* thread) {
   clear();
 
   // Board: the running square starts on a8; a rank may stop short at "/".

@@ -8,7 +8,8 @@
 #include "core/types.h"
 #include "game/rules.h"
 
-class Thread;
+// The per-thread evaluation tables of the thread that owns a position; a search thread is one.
+struct EvalTables;
 
 constexpr int PieceListSlots = 64;
 class Position;
@@ -51,10 +52,10 @@ class Position {
   Position(const Position& other) { *this = other; }
   Position& operator=(const Position& other);
   // A copy for another thread: own start record holding the source's current one.
-  Position(const Position& other, Thread* owner);
+  Position(const Position& other, EvalTables* owner);
 
   // ---- set-up and text
-  bool set(const std::string& fenText, Thread* thread);
+  bool set(const std::string& fenText, EvalTables* thread);
   std::string fen() const;
   std::string pretty(Move move, bool withLegalMoves, bool boardOnly) const;
   void clear();
@@ -162,7 +163,7 @@ class Position {
   uint64_t nodes;
   int gamePly;
   Color sideToMove;
-  Thread* thisThread;
+  EvalTables* thisThread;  // the owning thread's evaluation tables, or none
   StateInfo* st;
 
   Square siege1CaptiveSquare;

@@ -10,6 +10,7 @@
 #include "../support/run_dorn.h"
 #include "../support/start_picture.h"
 #include "core/options.h"
+#include "eval/evaluate.h"
 #include "frontend/memory_commands.h"
 #include "frontend/option_handlers.h"
 #include "search/transposition_table.h"
@@ -84,6 +85,17 @@ TEST_F(OptionCommands, SetmemResizesBothTablesWhicheverIsCurrent) {
   run(computerOnComputerCommand, "off");
   EXPECT_EQ(currentTable, &firstTable);
   EXPECT_EQ(secondTable.clusterCount(), 0u);
+}
+
+TEST_F(OptionCommands, MobilityAndSpaceOptionsRebuildTheEvaluationWeights) {
+  run(setoptionCommand, "name Mobility (Middle Game) value 200");
+  EXPECT_EQ(mgValue(MobilityWeight.load()), 504);
+  EXPECT_EQ(egValue(MobilityWeight.load()), 344);
+  run(setoptionCommand, "name mobility (endgame) value 0");
+  EXPECT_EQ(egValue(MobilityWeight.load()), 0);
+  run(setoptionCommand, "name Mobility (Middle Game) value 100");
+  run(setoptionCommand, "name Mobility (Endgame) value 100");
+  EXPECT_EQ(MobilityWeight.load(), makeScore(252, 344));
 }
 
 double residentMegabytes() {

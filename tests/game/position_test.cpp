@@ -272,7 +272,7 @@ TEST_F(PositionTest, CopiesFollowTheirOwnStartRecord) {
   pos.nodes = 42;
   Position flat = pos;
   EXPECT_EQ(flat.state(), &later);
-  Thread* owner = reinterpret_cast<Thread*>(&later);
+  EvalTables* owner = reinterpret_cast<EvalTables*>(&later);
   Position forThread(pos, owner);
   EXPECT_EQ(forThread.state(), &forThread.startState);
   EXPECT_EQ(forThread.state()->pliesSinceCapture, 6);
