@@ -18,6 +18,10 @@ Intake takePosition(Position& pos, const std::string& fen) {
     // do_move would have to take the leader; the game could not go on.
     std::cout << "Illegal position: the side to move can capture the enemy leader\n";
     verdict = Intake::Unreachable;
+  } else if (fresh.pieces() & fresh.standingTowers()) {
+    // A tower is no piece and shares no square with one: a piece that steps on it dies there.
+    std::cout << "Illegal position: a piece stands on a standing tower square\n";
+    verdict = Intake::Unreachable;
   }
   if (verdict == Intake::Taken) pos = fresh;
   else restoreSiegeGeometry(geometry);

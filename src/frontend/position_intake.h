@@ -8,7 +8,7 @@ class Position;
 enum class Intake {
   Taken,
   Unreadable,   // the FEN reader (or, for a game text, a move) refused it, with its own message
-  Unreachable,  // the side to move could capture the enemy's sole leader
+  Unreachable,  // the side to move could capture the enemy's sole leader, or a piece stands on a tower
 };
 
 // Reads `fen` on a fresh position and takes it into `pos` only if the reader accepts it and no game
