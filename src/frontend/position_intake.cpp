@@ -7,6 +7,33 @@
 #include "game/position.h"
 #include "game/rules.h"
 
+namespace {
+
+// A captive that no piece carries lies in a tower: on no square at all, or on one of the tower squares.
+bool placelessCaptive(const Position& pos, Square s, Bitboard towers) {
+  return s != NoSquare && pos.empty(s) && !((towers >> s) & 1);
+}
+
+// Why no game reaches the position, or null when a game may.
+const char* unreachableBecause(const Position& pos) {
+  // do_move would have to take the leader; the game could not go on.
+  if (canTakeEnemyLeader(pos)) return "the side to move can capture the enemy leader";
+  // A tower is no piece and shares no square with one: a piece that steps on it dies there.
+  if (pos.pieces() & pos.standingTowers()) return "a piece stands on a standing tower square";
+  // Breaches open a tower, and a captive waits in one; elsewhere a piece would take it up from afar.
+  const Bitboard siege2Towers = siege2TowerSquares[WHITE] | siege2TowerSquares[BLACK];
+  if (siege1 && ((pos.siege1Breached & ~siege1TowerSquares) ||
+                 placelessCaptive(pos, pos.siege1CaptiveSquare, siege1TowerSquares)))
+    return "the captive or a breach lies outside the tower";
+  for (Color c : {WHITE, BLACK})
+    if (siege2 && ((pos.siege2Breached[c] & ~siege2TowerSquares[c]) ||
+                   placelessCaptive(pos, pos.siege2CaptiveSquare[c], siege2Towers)))
+      return "the captive or a breach lies outside the tower";
+  return nullptr;
+}
+
+}  // namespace
+
 Intake takePosition(Position& pos, const std::string& fen) {
   // The reader writes the process-wide geometry as it goes; a refusal must not leave it behind.
   const SiegeGeometry geometry = currentSiegeGeometry();
@@ -14,13 +41,8 @@ Intake takePosition(Position& pos, const std::string& fen) {
   Intake verdict = Intake::Taken;
   if (!fresh.set(fen, pos.thisThread)) {
     verdict = Intake::Unreadable;
-  } else if (canTakeEnemyLeader(fresh)) {
-    // do_move would have to take the leader; the game could not go on.
-    std::cout << "Illegal position: the side to move can capture the enemy leader\n";
-    verdict = Intake::Unreachable;
-  } else if (fresh.pieces() & fresh.standingTowers()) {
-    // A tower is no piece and shares no square with one: a piece that steps on it dies there.
-    std::cout << "Illegal position: a piece stands on a standing tower square\n";
+  } else if (const char* reason = unreachableBecause(fresh)) {
+    std::cout << "Illegal position: " << reason << "\n";
     verdict = Intake::Unreachable;
   }
   if (verdict == Intake::Taken) pos = fresh;
