@@ -3,11 +3,16 @@
 
 #include <iostream>
 
+#include "core/bitboard.h"
 #include "game/attack_queries.h"
 #include "game/position.h"
 #include "game/rules.h"
 
 namespace {
+
+// A side starts with 14 pieces and gains no more than a released Dorn; the move lists hold what so
+// many pieces can do, and a board crowded beyond that would overrun them.
+constexpr int MaxPiecesPerSide = 15;
 
 // A captive that no piece carries lies in a tower: on no square at all, or on one of the tower squares.
 bool placelessCaptive(const Position& pos, Square s, Bitboard towers) {
@@ -16,6 +21,8 @@ bool placelessCaptive(const Position& pos, Square s, Bitboard towers) {
 
 // Why no game reaches the position, or null when a game may.
 const char* unreachableBecause(const Position& pos) {
+  for (Color c : {WHITE, BLACK})
+    if (popcount(pos.pieces(c)) > MaxPiecesPerSide) return "a side has more than 15 pieces";
   // do_move would have to take the leader; the game could not go on.
   if (canTakeEnemyLeader(pos)) return "the side to move can capture the enemy leader";
   // A tower is no piece and shares no square with one: a piece that steps on it dies there.
