@@ -223,16 +223,8 @@ std::string readCommand() {
 
 }  // namespace
 
-void commandLoop(const std::string& args) {
-  std::string cmd = args, token;
-  // The loop's own position evaluates with tables of its own, apart from the search threads'.
-  auto tables = std::make_unique<EvalTables>();
-  Position pos;
-
-  if (!pos.set(startFen, tables.get())) {
-    readCommand();
-    return;
-  }
+bool startCommandLoop(Position& pos) {
+  if (!pos.set(startFen, pos.thisThread)) return false;
   pos.setSiegeDefaults();
   setPieceValues(pos);
   initPromotableTypes();
@@ -253,21 +245,32 @@ void commandLoop(const std::string& args) {
     std::cout << pos.pretty(MoveNone, true, false) << "\nType ? for help\n";
   } else {
     std::cout << pos.pretty(MoveNone, false, false) << "\nBad fen and/or moves\n" << std::flush;
-    readCommand();
-    return;
+    return false;
   }
   if (debug_PL_legal || debugSearchInCheck) std::cout << "debug_PL_legal || debugSearchInCheck on\n";
   std::cout << std::flush;
+  return true;
+}
 
-  if (args.empty()) cmd = readCommand();
-  for (;;) {
-    token.clear();
-    std::istringstream is(cmd);
-    is >> token;
-    LoopContext ctx{pos, is, cmd};
-    dispatch(ctx, token);
-    std::cout << std::flush;
-    if (token == "quit" || !args.empty()) break;
-    cmd = readCommand();
+bool executeCommand(Position& pos, const std::string& line) {
+  std::string token;
+  std::istringstream is(line);
+  is >> token;
+  LoopContext ctx{pos, is, line};
+  dispatch(ctx, token);
+  std::cout << std::flush;
+  return token != "quit";
+}
+
+void commandLoop(const std::string& args) {
+  // The loop's own position evaluates with tables of its own, apart from the search threads'.
+  auto tables = std::make_unique<EvalTables>();
+  Position pos;
+  pos.thisThread = tables.get();
+  if (!startCommandLoop(pos)) {
+    readCommand();
+    return;
   }
+  std::string cmd = args.empty() ? readCommand() : args;
+  while (executeCommand(pos, cmd) && args.empty()) cmd = readCommand();
 }

@@ -14,6 +14,11 @@ std::string engineInfo(bool uciForm);
 
 // Runs until "quit" or the end of input; with a non-empty `args`, runs that one line and returns.
 void commandLoop(const std::string& args);
+// The loop's start-up: settings, the game text of the start FEN replayed onto pos, the first board.
+// False, after its message, when the start position cannot be set up.
+bool startCommandLoop(Position& pos);
+// Carries out one line on pos: its first word picks the command. False when that word was "quit".
+bool executeCommand(Position& pos, const std::string& line);
 
 // State records of the moves of the last set-up; handed over to the search at `go`.
 using StateList = std::deque<StateInfo>;

@@ -8,7 +8,7 @@ class Position;
 enum class Intake {
   Taken,
   Unreadable,   // the FEN reader (or, for a game text, a move) refused it, with its own message
-  Unreachable,  // the side to move could capture the enemy's sole leader
+  Unreachable,  // no game gets there: an open enemy leader, a piece on a tower, a captive or breach astray
 };
 
 // Reads `fen` on a fresh position and takes it into `pos` only if the reader accepts it and no game

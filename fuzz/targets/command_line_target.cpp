@@ -1,0 +1,120 @@
+// Lines fed to the command loop one by one, as a person or a host would type them; after each the
+// loop's position and game text are checked, and a command that only looks must have left them be.
+#include <algorithm>
+#include <cctype>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "core/plain_number.h"
+#include "frontend/command_loop.h"
+#include "frontend/settings.h"
+#include "fuzz_session.h"
+#include "fuzz_targets.h"
+#include "game/position.h"
+#include "position_invariants.h"
+
+namespace {
+
+// Enough for any sequence worth trying; a longer input only repeats work.
+constexpr int MaxLines = 100;
+// The largest hash table an input may ask for, in megabytes.
+constexpr int MaxHashMegabytes = 16;
+
+std::string lowerCase(std::string s) {
+  std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return char(std::tolower(c)); });
+  return s;
+}
+
+bool within(const std::string& word, int limit) { return plainNumber(word) <= limit; }
+
+// Commands whose cost grows with their numbers, or that would reach outside the process, run only
+// within small bounds; the harness leaves other lines of theirs out.
+bool withinBudget(const std::string& line) {
+  std::istringstream is(line);
+  std::string command;
+  is >> command;
+  if (command == "perft") {  // one ply of perft per unit: two are plenty
+    std::string depth;
+    return !(is >> depth) || within(depth, 2);
+  }
+  if (command == "bench") {  // only perft over the built-in or current positions, never a file
+    std::string hash, threads, limit, source = "default";
+    if (!(is >> hash >> threads >> limit)) return false;  // the default limit is 12
+    is >> source;
+    return within(hash, MaxHashMegabytes) && within(threads, 2) && within(limit, 2) &&
+           (source == "default" || source == "current");
+  }
+  if (command == "setmem") {
+    std::string size;
+    return !(is >> size) || within(size, MaxHashMegabytes);
+  }
+  if (command == "setoption") {
+    std::string word, name, value;
+    is >> word;  // "name"
+    while (is >> word && word != "value") name += (name.empty() ? "" : " ") + word;
+    is >> value;
+    if (lowerCase(name) == "hash") return within(value, MaxHashMegabytes);
+    if (lowerCase(name) == "threads") return within(value, 2);
+    return true;
+  }
+  // The search lands later: then `go` and `g` pass with a depth of at most 2 plies and no time or
+  // node limit beside it (e.g. "go depth 1", "g" after "skill 1"), and the harness waits for the
+  // search to end before it checks the position.
+  if (command == "go" || command == "g") return false;
+  // Game files land later: the harness must not write into the working directory, nor read from
+  // whatever path an input names.
+  if (command == "save" || command == "open") return false;
+  return true;
+}
+
+// Commands that read the game but may not change the loop's position.
+bool looksOnly(const std::string& command, const std::string& output) {
+  static const std::set<std::string> Readers = {
+      "",   "quit", "stop", "isready", "setoption", "perft",  "key",    "uci", "mt",  "cc",  "mtb",
+      "rules", "game", "skill", "s",   "skillb",  "sb",       "msglevel", "qc", "qu", "ev", "nev",
+      "cap",  "leg",  "setmem", "?",   "bench",
+  };
+  return Readers.count(command) || output.rfind("Unknown command: ", 0) == 0;
+}
+
+std::string gameTextFault() {
+  if (searchFen.rfind("fen ", 0) != 0 || searchFen.find("startpos moves") == std::string::npos)
+    return "game text lost its form: " + searchFen.substr(0, 200);
+  return "";
+}
+
+}  // namespace
+
+std::string fuzzCommandLines(const uint8_t* data, size_t size) {
+  FuzzSession session(data, size);
+  if (!session.ready()) return "";
+
+  Position pos;
+  if (!startCommandLoop(pos)) return "";  // the rules leave the start position without a leader
+  if (std::string fault = positionFault(pos, Vouch::SetUp); !fault.empty()) return "at the start: " + fault;
+
+  std::istringstream input{std::string(session.text())};
+  std::string line;
+  for (int n = 0; n < MaxLines && std::getline(input, line); ++n) {
+    if (!withinBudget(line)) continue;
+    std::string command;
+    std::istringstream(line) >> command;
+    const PositionSnapshot before = snapshotOf(pos);
+    const Position lastPosition = pos;
+    session.clearOutput();
+    bool goOn = executeCommand(pos, line);
+
+    const std::string where = "after \"" + line.substr(0, 120) + "\": ";
+    if (std::string report = internalReport(session.output());
+        !report.empty() && !severalBondsmen(pos) && !severalBondsmen(lastPosition))
+      return where + report;
+    if (std::string fault = positionFault(pos, Vouch::Board); !fault.empty()) return where + fault;
+    if (std::string fault = gameTextFault(); !fault.empty()) return where + fault;
+    if (looksOnly(command, session.output()))
+      if (std::string d = snapshotDifference(before, snapshotOf(pos)); !d.empty())
+        return where + "the position changed its " + d;
+    if (!goOn) break;
+  }
+  return "";
+}
