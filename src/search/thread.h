@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/relaxed.h"
 #include "eval/eval_tables.h"
 #include "game/position.h"
 #include "search/search_limits.h"
@@ -18,24 +19,6 @@ struct Thread;
 
 constexpr int MaxThreads = 64;  // slave masks are 64 bits wide
 constexpr int MaxSplitPointsPerThread = 8;
-
-// A field shared between threads whose races are harmless: relaxed loads and stores that read and
-// write like the plain value.
-template <typename T>
-class Relaxed {
- public:
-  Relaxed(T v = T()) : value(v) {}
-  Relaxed(const Relaxed& other) : value(T(other)) {}
-  operator T() const { return value.load(std::memory_order_relaxed); }
-  Relaxed& operator=(T v) {
-    value.store(v, std::memory_order_relaxed);
-    return *this;
-  }
-  Relaxed& operator=(const Relaxed& other) { return *this = T(other); }
-
- private:
-  std::atomic<T> value;
-};
 
 // An event that lets one waiter through per signal, then closes again. Both sides hold the
 // mutex the waiter's lock is on.
