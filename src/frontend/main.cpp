@@ -9,6 +9,7 @@
 #include "frontend/command_loop.h"
 #include "frontend/option_handlers.h"
 #include "movegen/install_services.h"
+#include "search/search_tables.h"
 #include "search/transposition_table.h"
 
 int main(int argc, char* argv[]) {
@@ -22,8 +23,9 @@ int main(int argc, char* argv[]) {
   initBitboards();
   initPsqAndKeys();
   installGeneratorServices();
-  // The search tables and the thread pool start here, in that order.
+  initSearch();
   evaluate_init();
+  // The thread pool starts here, once every table it reads is built.
 
   currentTable->setSize(uint64_t(Options["Hash"].intValue()));
 
