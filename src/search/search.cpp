@@ -299,7 +299,7 @@ moveLoop:
     }
     if constexpr (IsRoot) {
       Signals.firstRootMove = moveCount == 1;
-      if (&thread == Threads.main() && (uciGo || (msgFlags & MsgSearchInfo)) && elapsedMs() > 3000)
+      if ((uciGo || (msgFlags & MsgSearchInfo)) && elapsedMs() > 3000 && Threads.size() && &thread == Threads.main())
         printCurrentMove(depth, m, moveCount);
     }
     if (isExchange(m)) ++exchangeCount;
