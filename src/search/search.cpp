@@ -79,6 +79,24 @@ bool dangerousCapture(const Position& pos, Move m) {
          0;
 }
 
+// A cross-check, off by default: a sole leader said not to be in check has no attacker. A fault
+// is reported and the node goes on as in check.
+bool checkMalfunction(Position& pos) {
+  const Color us = pos.side();
+  if (pos.inCheck() || pos.severalLeaders(us)) return false;
+  const Square k = pos.leaderSquare(us);
+  Bitboard harmless = magicianSquares(pos);
+  if (isMount(typeOf(pos.pieceOn(k))) && !swordsCaptureMounts) harmless |= swordFormSquares(pos);
+  Bitboard attackers = pos.allAttackersTo(k, pos.pieces(), ~0ULL) & pos.pieces(~us) & ~harmless;
+  if (!attackers) return false;
+  std::cout << "!! search(): Check malfunction\n" << pos.pretty(MoveNone, false, false) << "ksq=" << squareToString(k)
+            << "\n";
+  printBitboard(" attackers to ksq are\n", attackers);
+  pos.dumpMoveStack();
+  pos.st->checkers |= attackers;
+  return true;
+}
+
 void updateKillers(SearchStack* ss, Move m) {
   if (m != ss->killers[0]) {
     ss->killers[1] = ss->killers[0];
@@ -108,7 +126,7 @@ template <NodeKind Kind, bool SpNode>
 Value search(Position& pos, SearchStack* ss, Value alpha, Value beta, Depth depth) {
   constexpr bool PvNode = Kind != NonPVNode;
   constexpr bool IsRoot = Kind == RootNode;
-  const bool inCheck = pos.inCheck();
+  const bool inCheck = (debugSearchInCheck && !SpNode && checkMalfunction(pos)) || pos.inCheck();
   if (!SpNode && depth < OnePly) return qsearchAt<Kind>(pos, ss, alpha, beta, inCheck, 0);
 
   Thread& thread = threadOf(pos);
