@@ -7,9 +7,11 @@
 #include "core/zobrist.h"
 #include "eval/evaluate.h"
 #include "frontend/command_loop.h"
+#include "frontend/go_command.h"
 #include "frontend/option_handlers.h"
 #include "movegen/install_services.h"
 #include "search/search_tables.h"
+#include "search/thread.h"
 #include "search/transposition_table.h"
 
 int main(int argc, char* argv[]) {
@@ -25,7 +27,9 @@ int main(int argc, char* argv[]) {
   installGeneratorServices();
   initSearch();
   evaluate_init();
-  // The thread pool starts here, once every table it reads is built.
+  // The pool's threads evaluate with tables of their own, so it starts once every table is built.
+  threadPoolInit();
+  installSearchReporter();
 
   currentTable->setSize(uint64_t(Options["Hash"].intValue()));
 
@@ -33,5 +37,6 @@ int main(int argc, char* argv[]) {
   std::string args;
   for (int i = 1; i < argc; ++i) args += std::string(argv[i]) + " ";
   commandLoop(args);
+  threadPoolExit();
   return 0;
 }

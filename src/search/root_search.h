@@ -36,8 +36,11 @@ extern std::vector<RootMove> RootMoves;  // legal moves in generator order, or t
 extern size_t pvIndex;                   // the MultiPV line being searched
 extern size_t multiPV;                   // lines searched per iteration
 extern int bestMoveChanges;              // changes of the best root move in this iteration
-extern Color rootSideToMove;
 extern std::chrono::steady_clock::time_point searchStartTime;
+
+// `ponder` of the running search: the command loop may turn it off while the search reads it.
+bool pondering();
+void endPonder();
 
 // Milliseconds since the search was ordered.
 int64_t elapsedMs();

@@ -4,6 +4,8 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <deque>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -78,6 +80,8 @@ struct Thread : EvalTables {
 
   // Starts the system thread; called once the object has its final class.
   void start();
+  // Ends the system thread; called before the object is destroyed.
+  void terminate();
   void wake();
   // True if a split of `master` could use this thread (it is free in the sense of `split`).
   bool isAvailableTo(const Thread& master) const;
@@ -145,10 +149,10 @@ void threadPoolInit();
 void readThreadOptions();
 void threadPoolExit();
 // Orders a search of `pos` and returns at once; the main thread runs it.
-void startThinking(const Position& pos, const GoLimits& limits, const std::vector<Move>& searchMoves);
+// The chain of state records behind `pos` is handed over with `states`, so that repetitions of the
+// game stay visible to the search.
+void startThinking(const Position& pos, const GoLimits& limits, const std::vector<Move>& searchMoves,
+                   std::unique_ptr<std::deque<StateInfo>> states);
 // Blocks until no search runs.
 void waitForThinkFinished();
 
-// The node search's work at a split point, in the form `sp->nodeType` names; it releases
-// `sp->lock` while it searches and holds it again when it returns.
-void searchSplitPoint(Position& pos, SearchStack* ss, SplitPoint& sp);

@@ -5,6 +5,8 @@
 #include <cmath>
 
 #include "core/options.h"
+#include "search/root_search.h"
+#include "search/thread.h"
 
 TimeManager TimeMgr;
 
@@ -86,4 +88,43 @@ void TimeManager::init(const GoLimits& limits, int currentPly, bool whiteToMove)
   if (Options["Ponder"].intValue()) optimum += optimum / 4;
   optimumTime = std::min(optimum, maximum);
   maximumTime = maximum;
+}
+
+// ---------------------------------------------------------------- the timer's check
+
+namespace {
+
+// Nodes of every thread so far: their own positions and the workers at their split points.
+uint64_t nodesSearched() {
+  std::lock_guard<std::mutex> poolLock(Threads.mutex);
+  uint64_t sum = rootPosition.nodes;
+  for (Thread* t : Threads.threads) {
+    for (int i = 0; i < t->splitPointsSize; ++i) {
+      SplitPoint& sp = t->splitPoints[i];
+      std::lock_guard<std::mutex> spLock(sp.lock);
+      sum += sp.nodes;
+      for (uint64_t mask = sp.slavesMask.load(std::memory_order_relaxed); mask; mask &= mask - 1) {
+        int idx = __builtin_ctzll(mask);
+        if (const Position* p = sp.activePositions[idx]) sum += p->nodes;
+      }
+    }
+  }
+  return sum;
+}
+
+}  // namespace
+
+void checkTime() {
+  const GoLimits& limits = searchLimits;
+  if (pondering()) return;
+
+  uint64_t nodes = limits.nodes ? nodesSearched() : 0;
+  int64_t elapsed = elapsedMs();
+  bool stillAtFirstMove = Signals.firstRootMove && !Signals.failedLowAtRoot;
+  bool noMoreTime = elapsed > TimeMgr.maximumTime - 10 ||
+                    (stillAtFirstMove && elapsed > TimeMgr.optimumTime + TimeMgr.unstablePvExtraTime);
+
+  if ((limits.useTimeManagement() && noMoreTime) || (limits.movetime && elapsed >= limits.movetime) ||
+      (limits.nodes && nodes >= uint64_t(limits.nodes)))
+    Signals.stop = true;
 }

@@ -22,3 +22,6 @@ extern TimeManager TimeMgr;
 int moveImportance(int ply);
 // The share of the remaining time `R` that this move gets with `movesToGo` own moves left.
 int remainingTime(int R, int movesToGo, int ply, int slowMover, float maxRatio, float stealRatio);
+
+// The timer's look at the clock on each tick: sets the stop signal when a limit is reached.
+void checkTime();
