@@ -60,17 +60,21 @@ void reportSearchResult(const RootMove& bestLine, int /*reportedScore*/) {
 
   // The console's report of a computer move (board, statistics, game text, backup file) comes here.
 
-  if ((msgFlags & MsgBestMove) || uciGo) {
-    if (realMove && hintMove == MoveNone) hintMove = searchHint(best);
-    std::lock_guard<std::mutex> out(syncOutLock);
-    std::cout << "bestmove " << moveToUci(realMove ? best : MoveNone) << " ponder " << moveToUci(hintMove)
-              << std::endl;
-  }
+  const bool printBestMove = (msgFlags & MsgBestMove) || uciGo;
+  if (printBestMove && realMove && hintMove == MoveNone) hintMove = searchHint(best);
+  const std::string line =
+      "bestmove " + moveToUci(realMove ? best : MoveNone) + " ponder " + moveToUci(hintMove);
+
+  // A host answers bestmove at once with its next go, which must find the search over.
   if (uciGo) {
     uciGo = false;
     setGameText(startFen);
   }
   searching = false;
+  if (printBestMove) {
+    std::lock_guard<std::mutex> out(syncOutLock);
+    std::cout << line << std::endl;
+  }
 }
 
 }  // namespace

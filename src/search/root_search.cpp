@@ -53,13 +53,8 @@ void printLocked(const std::string& text) {
 
 // ---------------------------------------------------------------- skill
 
-struct Skill {
-  int level = 20;
-  Move best = MoveNone;
-  bool enabled() const { return level < 20; }
-};
+}  // namespace
 
-// Picks one of the settled lines with a random bonus, each line keeping part of its gap to the best.
 Move pickWeakerMove(Skill& skill) {
   static std::unique_ptr<Prng> skillPrng;
   if (!skillPrng) skillPrng = std::make_unique<Prng>(KeyWarmupRounds);
@@ -86,6 +81,8 @@ Move pickWeakerMove(Skill& skill) {
   }
   return skill.best;
 }
+
+namespace {
 
 // ---------------------------------------------------------------- the draw value
 

@@ -45,6 +45,16 @@ void endPonder();
 // Milliseconds since the search was ordered.
 int64_t elapsedMs();
 
+// Playing below strength: at a level under 20 the move is picked among the first `multiPV` lines.
+struct Skill {
+  int level = 20;
+  Move best = MoveNone;
+  bool enabled() const { return level < 20; }
+};
+// Picks one of the settled lines with a random bonus, each line keeping part of its gap to the
+// best; lines more than two Swords below the one before them are left out.
+Move pickWeakerMove(Skill& skill);
+
 // The search the main thread runs for each order: iterations, waiting, the report.
 void think();
 // The text of the info lines for the moment of the call, one per MultiPV line, with no final newline.
