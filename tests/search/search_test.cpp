@@ -277,4 +277,19 @@ TEST_F(NodeSearchTest, NoNullMoveWithTheLeaderAlone) {
   }
 }
 
+
+// A mate score goes into the table as a distance from the node and comes out as one from the root.
+TEST(TableValues, MateScoresMoveWithThePly) {
+  EXPECT_EQ(valueToTT(ValueMate - 8, 5), ValueMate - 3);
+  EXPECT_EQ(valueFromTT(ValueMate - 3, 2), ValueMate - 5);
+  EXPECT_EQ(valueToTT(8 - ValueMate, 5), 3 - ValueMate);
+  EXPECT_EQ(valueFromTT(3 - ValueMate, 2), 5 - ValueMate);
+  EXPECT_EQ(valueToTT(-ValueMateInMaxPly, 4), -ValueMateInMaxPly - 4);
+  for (Value plain : {ValueMateInMaxPly - 1, -ValueMateInMaxPly + 1, 0}) {
+    EXPECT_EQ(valueToTT(plain, 9), plain);
+    EXPECT_EQ(valueFromTT(plain, 9), plain);
+  }
+  EXPECT_EQ(valueFromTT(ValueNone, 7), ValueNone);
+}
+
 }  // namespace
