@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "search/gain_table.h"
-
 TEST(SearchTables, FutilityMarginsStepWithTheSquareOfTheDepth) {
   const int firstColumn[] = {45, 269, 381, 493, 493, 605, 605, 717};
   for (int d = 1; d <= 8; ++d) EXPECT_EQ(futilityMargin(d, 0), firstColumn[d - 1]) << d;
@@ -34,16 +32,4 @@ TEST(SearchTables, FutilityMoveCountsAndReductions) {
   EXPECT_EQ(ReductionsPV[63][63], 11);
   for (int x = 1; x < 64; ++x)
     for (int y = 1; y < 64; ++y) EXPECT_GE(ReductionsNonPV[x][y], ReductionsPV[x][y]);
-}
-
-TEST(SearchTables, GainFadesByOnePerVisit) {
-  maxGain.clear();
-  maxGain.update(5, 10, 40);
-  EXPECT_EQ(maxGain.get(5, 10), 40);
-  maxGain.update(5, 10, 12);  // a smaller gain only wears the peak down
-  EXPECT_EQ(maxGain.get(5, 10), 39);
-  maxGain.update(5, 10, 90);
-  EXPECT_EQ(maxGain.get(5, 10), 90);
-  maxGain.clear();
-  EXPECT_EQ(maxGain.get(5, 10), 0);
 }
