@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "../support/capture_stdout.h"
+#include "../support/dorn_session.h"
 #include "../support/position_fixture.h"
 #include "../support/random_games.h"
 #include "fixed_depth_search.h"
@@ -290,6 +291,30 @@ TEST(TableValues, MateScoresMoveWithThePly) {
     EXPECT_EQ(valueFromTT(plain, 9), plain);
   }
   EXPECT_EQ(valueFromTT(ValueNone, 7), ValueNone);
+}
+
+
+// The whole engine on one thread: the same `go depth` from the start of every game type prints
+// the same last line and best move in two fresh processes.
+TEST(EngineSearch, GoDepthOnOneThreadIsRepeatable) {
+  auto run = [](const std::string& type) {
+    DornSession engine;
+    engine.send("setoption name Threads value 1");
+    engine.send("new " + type);
+    engine.send("position startpos");
+    engine.send("go depth 6");
+    std::vector<std::string> lines = engine.waitFor("bestmove", 60000);
+    std::string lastInfo;
+    for (const std::string& line : lines)
+      if (line.rfind("info depth 6 seldepth", 0) == 0) lastInfo = line.substr(0, line.find(" nps "));
+    return lines.empty() ? std::string() : lastInfo + " / " + lines.back();
+  };
+  for (const GameType& type : gameTypeTable) {
+    std::string first = run(type.name);
+    EXPECT_NE(first.find("bestmove "), std::string::npos) << type.name << ": " << first;
+    EXPECT_NE(first.find(" nodes "), std::string::npos) << type.name << ": " << first;
+    EXPECT_EQ(run(type.name), first) << type.name;
+  }
 }
 
 }  // namespace
