@@ -16,6 +16,9 @@ class Relaxed {
     return *this;
   }
   Relaxed& operator=(const Relaxed& other) { return *this = T(other); }
+  // For a counter with one writer: other threads may read it at any time, never a torn value.
+  Relaxed& operator+=(T v) { return *this = T(*this) + v; }
+  Relaxed& operator++() { return *this += T(1); }
 
  private:
   std::atomic<T> value;

@@ -127,15 +127,15 @@ void MainThread::idleLoop() {
 
 void TimerThread::idleLoop() {
   while (!exit) {
-    {
-      std::unique_lock<std::mutex> lk(sleepLock);
-      if (!exit) {
-        int ms = msec;
-        if (ms)
-          sleepEvent.waitFor(lk, ms);
-        else
-          sleepEvent.wait(lk);
-      }
+    // The check runs under the timer's lock, under which a new search is also ordered: a tick
+    // that comes late never reads the limits of the next search half written.
+    std::unique_lock<std::mutex> lk(sleepLock);
+    if (!exit) {
+      int ms = msec;
+      if (ms)
+        sleepEvent.waitFor(lk, ms);
+      else
+        sleepEvent.wait(lk);
     }
     if (msec && !exit) checkTime();
   }
@@ -259,6 +259,7 @@ void startThinking(const Position& pos, const GoLimits& limits, const std::vecto
                    std::unique_ptr<std::deque<StateInfo>> states) {
   waitForThinkFinished();
   readThreadOptions();  // a change of the thread options during the last search applies from now
+  std::unique_lock<std::mutex> timerLock(Threads.timer->sleepLock);
   searchStartTime = std::chrono::steady_clock::now();
   Signals.stop = Signals.stopOnPonderhit = Signals.firstRootMove = Signals.failedLowAtRoot = false;
 
@@ -266,6 +267,7 @@ void startThinking(const Position& pos, const GoLimits& limits, const std::vecto
   if (states) rootStates = std::move(states);
   rootPosition = Position(pos, Threads.main());
   searchLimits = limits;
+  timerLock.unlock();
 
   RootMoves.clear();
   ScoredMove list[MaxMoves];

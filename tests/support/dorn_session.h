@@ -36,6 +36,8 @@ class DornSession {
     int status = 0;
     waitpid(pid, &status, 0);
     close(fromEngine);
+    // A sanitizer's report ends the program with a failing status.
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
   }
   DornSession(const DornSession&) = delete;
   DornSession& operator=(const DornSession&) = delete;
