@@ -171,7 +171,7 @@ void idLoop(int& reportedScore, RootMove& bestLine) {
 
       std::stable_sort(RootMoves.begin(), RootMoves.begin() + pvIndex + 1, higherScore);
       if (infoLinesOn() && (pvIndex + 1 == multiPV || elapsedMs() > SlowIterationMs))
-        printLocked(printInfoLines(depth, -ValueInfinite, ValueInfinite, &reportedScore));
+        printLocked(printInfoLines(depth, alpha, beta, &reportedScore));
       bestLine.score = RootMoves[0].score;
       bestLine.prevScore = RootMoves[0].prevScore;
       bestLine.pv = RootMoves[0].pv;
