@@ -128,9 +128,29 @@ TEST(GoCommandTest, NodeLimitStopsTheSearchSoonAfterTheCount) {
   EXPECT_LT(lastNodes, 20000 + 200000);
 }
 
-TEST(GoCommandTest, ThreadsGiveTheSameKindOfResultAndQuitWaitsForTheMove) {
-  std::string out = runDorn("setoption name Threads value 3\ngo depth 7\nquit\n");
-  auto best = linesStartingWith(out, "bestmove");
+TEST(GoCommandTest, SeveralThreadsSplitTheTreeAndFinishEveryIteration) {
+  DornSession s;
+  s.send("setoption name Threads value 3");
+  s.send("setoption name Min Split Depth value 4");
+  s.send("go depth 9");
+  auto lines = s.waitFor("bestmove", 30000);
+  ASSERT_FALSE(lines.empty());
+  int depth = 0;
+  for (const auto& l : lines) {
+    if (l.rfind("info depth", 0) == 0) {
+      EXPECT_EQ(field(l, "depth"), ++depth) << l;
+    }
+  }
+  EXPECT_EQ(depth, 9);
+  EXPECT_TRUE(std::regex_match(lines.back(), BestMoveLine)) << lines.back();
+  // Fewer threads between searches: the surplus ones end and the pool goes on.
+  s.send("setoption name Threads value 1");
+  s.send("go depth 3");
+  EXPECT_FALSE(s.waitFor("bestmove", 10000).empty());
+}
+
+TEST(GoCommandTest, QuitDuringASearchStillGivesTheMove) {
+  auto best = linesStartingWith(runDorn("go depth 60\nquit\n"), "bestmove");
   ASSERT_EQ(best.size(), 1u);
   EXPECT_TRUE(std::regex_match(best[0], BestMoveLine)) << best[0];
 }
