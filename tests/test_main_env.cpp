@@ -7,6 +7,7 @@
 #include "eval/evaluate.h"
 #include "game/game_end.h"
 #include "movegen/install_services.h"
+#include "search/search_tables.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ class TablesEnvironment : public ::testing::Environment {
     initBitboards();
     initPsqAndKeys();
     installGeneratorServices();
+    initSearch();
     evaluate_init();
     initPromotableTypes();
   }

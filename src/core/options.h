@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/relaxed.h"
+
 class Option {
  public:
   using OnChange = void (*)(const Option&);
@@ -44,7 +46,9 @@ class Option {
   int min = 0, max = 0;
   int idx = 0;
   OnChange onChange;
-  int number = 0;  // intValue(), worked out once per assignment so that readers pay a lookup only
+  // intValue(), worked out once per assignment so that readers pay a lookup only; a search may
+  // read it while the command loop assigns it.
+  Relaxed<int> number = 0;
 };
 
 // Option names compare without regard to case: "hash" and "Hash" are one key.

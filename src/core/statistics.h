@@ -23,3 +23,6 @@ extern Statistics stats;
 
 // Counting may lose nothing by the language's rules yet costs no fence.
 inline void bump(std::atomic<uint32_t>& counter) { counter.fetch_add(1, std::memory_order_relaxed); }
+
+// Zeroes every counter; at the start of a search.
+void resetStatistics();

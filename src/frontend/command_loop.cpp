@@ -7,6 +7,7 @@
 #include "eval/eval_tables.h"
 #include "frontend/bench.h"
 #include "frontend/eval_command.h"
+#include "frontend/go_command.h"
 #include "frontend/listings.h"
 #include "frontend/memory_commands.h"
 #include "frontend/option_commands.h"
@@ -16,6 +17,7 @@
 #include "game/move_making.h"
 #include "game/piece_values.h"
 #include "movegen/notation.h"
+#include "search/thread.h"
 
 std::unique_ptr<StateList> setupStates;
 
@@ -118,14 +120,19 @@ struct Command {
   Handler run;
 };
 
-// Without a running search there is nothing to stop; the loop itself leaves on "quit".
-void stopCommand(LoopContext&) {}
+// Also without a running search: the signal is cleared when the next one starts.
+void stopCommand(LoopContext&) { stopSearch(); }
+
+void goUciCommand(LoopContext& ctx) {
+  uciGo = true;
+  goCommand(ctx.pos, ctx.args);
+}
 
 void showBoardCommand(LoopContext& ctx) { showBoard(ctx.pos); }
 
 void isReadyCommand(LoopContext&) {
   std::lock_guard<std::mutex> lock(syncOutLock);
-  std::cout << "readyok\n";
+  std::cout << "readyok" << std::endl;
 }
 
 void keyCommand(LoopContext& ctx) {
@@ -160,6 +167,7 @@ void flipBoardCommand(LoopContext& ctx) {
 constexpr Command AnyTimeCommands[] = {
   {"quit", stopCommand},
   {"stop", stopCommand},
+  {"ponderhit", [](LoopContext&) { ponderhitCommand(); }},
   {"d", showBoardCommand},
   {"isready", isReadyCommand},
   {"setoption", [](LoopContext& ctx) { setoptionCommand(ctx.args); }},
@@ -170,6 +178,7 @@ constexpr Command IdleCommands[] = {
   {"perft", perftOrUnknown},
   {"key", keyCommand},
   {"uci", [](LoopContext&) { uciCommand(); }},
+  {"go", goUciCommand},
   {"mt", [](LoopContext& ctx) { moveTimeCommand(ctx.args); }},
   {"cc", [](LoopContext& ctx) { computerOnComputerCommand(ctx.args); }},
   {"mtb", [](LoopContext& ctx) { blackMoveTimeCommand(ctx.args); }},
@@ -204,7 +213,12 @@ void dispatch(LoopContext& ctx, const std::string& token) {
     if (token == c.word) return c.run(ctx);
 
   if (searching) {
-    std::cout << colorNames[ctx.pos.side()] << " is still making a move...please wait (type q to quit search)\n";
+    {
+      std::lock_guard<std::mutex> lock(syncOutLock);
+      std::cout << colorNames[ctx.pos.side()] << " is still making a move...please wait (type q to quit search)"
+                << std::endl;
+    }
+    if (token == "q") stopSearch();
     return;
   }
 
@@ -273,4 +287,5 @@ void commandLoop(const std::string& args) {
   }
   std::string cmd = args.empty() ? readCommand() : args;
   while (executeCommand(pos, cmd) && args.empty()) cmd = readCommand();
+  waitForThinkFinished();
 }

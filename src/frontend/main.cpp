@@ -7,8 +7,11 @@
 #include "core/zobrist.h"
 #include "eval/evaluate.h"
 #include "frontend/command_loop.h"
+#include "frontend/go_command.h"
 #include "frontend/option_handlers.h"
 #include "movegen/install_services.h"
+#include "search/search_tables.h"
+#include "search/thread.h"
 #include "search/transposition_table.h"
 
 int main(int argc, char* argv[]) {
@@ -22,8 +25,11 @@ int main(int argc, char* argv[]) {
   initBitboards();
   initPsqAndKeys();
   installGeneratorServices();
-  // The search tables and the thread pool start here, in that order.
+  initSearch();
   evaluate_init();
+  // The pool's threads evaluate with tables of their own, so it starts once every table is built.
+  threadPoolInit();
+  installSearchReporter();
 
   currentTable->setSize(uint64_t(Options["Hash"].intValue()));
 
@@ -31,5 +37,6 @@ int main(int argc, char* argv[]) {
   std::string args;
   for (int i = 1; i < argc; ++i) args += std::string(argv[i]) + " ";
   commandLoop(args);
+  threadPoolExit();
   return 0;
 }

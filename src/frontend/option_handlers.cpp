@@ -3,6 +3,7 @@
 
 #include "core/options.h"
 #include "eval/evaluate.h"
+#include "search/thread.h"
 #include "search/transposition_table.h"
 
 void attachOptionHandlers() {
@@ -10,9 +11,13 @@ void attachOptionHandlers() {
   Options["Clear Hash"].setOnChange([](const Option&) { currentTable->clear(); });
   for (const char* weight : {"Mobility (Middle Game)", "Mobility (Endgame)", "Space", "UCI_AnalyseMode"})
     Options[weight].setOnChange([](const Option&) { evaluate_init(); });
+  // Before the pool exists there is nothing to resize, and during a search the change waits for
+  // the next one, which reads the options as it starts.
+  for (const char* setting : {"Threads", "Min Split Depth", "Max Threads per Split Point"})
+    Options[setting].setOnChange([](const Option&) {
+      if (Threads.size() && !searching) readThreadOptions();
+    });
 
   // Still to come, each with the subsystem it drives:
   //   "Use Debug Log"                         starts or stops the I/O log
-  //   "Min Split Depth", "Max Threads per Split Point", "Threads"
-  //                                           re-read the thread settings and resize the pool
 }

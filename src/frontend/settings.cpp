@@ -20,7 +20,5 @@ std::string playedMoves[MaxGameMoves];
 int gameMoveCount = 0;
 
 Move hintMove = MoveNone;
-std::atomic<bool> searching{false};
-std::atomic<bool> uciGo{false};
 
 GoLimits goLimits = {};

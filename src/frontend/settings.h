@@ -7,6 +7,7 @@
 
 #include "core/messages.h"
 #include "core/types.h"
+#include "search/search_limits.h"
 
 // The game as one text: "fen <FEN> startpos moves <move> ...". Every shown position is rebuilt from it.
 extern std::string searchFen;
@@ -31,12 +32,4 @@ extern std::string playedMoves[MaxGameMoves];
 extern int gameMoveCount;
 
 extern Move hintMove;
-// A search started by `go` or `g` has not finished; written by the search's last act.
-extern std::atomic<bool> searching;
-extern std::atomic<bool> uciGo;
-
-// The one record of search limits; zeroed once at start-up, then only overwritten field by field.
-struct GoLimits {
-  int32_t wtime, btime, winc, binc, movestogo, depth, nodes, movetime, mate, infinite, ponder;
-};
 extern GoLimits goLimits;

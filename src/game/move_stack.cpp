@@ -1,6 +1,6 @@
-// Storage of the process-wide move list; shared by all threads without a lock.
+// Storage of the per-thread move lists.
 #include "game/move_stack.h"
 
-Move moveStack[MoveStackSize];
-bool moveStackCapture[MoveStackSize];
-int moveStackCount = 0;
+thread_local Move moveStack[MoveStackSize];
+thread_local bool moveStackCapture[MoveStackSize];
+thread_local int moveStackCount = 0;

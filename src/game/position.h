@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/bitboard.h"
+#include "core/relaxed.h"
 #include "core/types.h"
 #include "game/rules.h"
 
@@ -160,7 +161,7 @@ class Position {
   uint8_t pieceList[2][TypeSlots][PieceListSlots];
   int index[64];
   StateInfo startState;
-  uint64_t nodes;
+  Relaxed<uint64_t> nodes;  // written by the owning thread only; the timer sums them while it runs
   int gamePly;
   Color sideToMove;
   EvalTables* thisThread;  // the owning thread's evaluation tables, or none

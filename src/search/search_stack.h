@@ -5,6 +5,9 @@
 
 struct SplitPoint;
 
+// Records of one thread's stack: a node at the deepest ply still writes two records ahead.
+constexpr int SearchStackSize = 104;
+
 // One record per ply, in an array owned by the thread that started the subtree. The array is
 // entered at its second record, so that ss - 1 is valid at the root.
 struct SearchStack {
