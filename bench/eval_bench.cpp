@@ -5,8 +5,6 @@
 #include <random>
 #include <vector>
 
-#include "core/bitboard.h"
-#include "core/zobrist.h"
 #include "eval/eval_tables.h"
 #include "eval/evaluate.h"
 #include "game/game_end.h"
@@ -14,15 +12,13 @@
 #include "game/position.h"
 #include "game/rules.h"
 #include "movegen/movegen.h"
+#include "search/engine_start.h"
 
 namespace {
 
 void initOnce() {
   static bool done = [] {
-    initBitboards();
-    initPsqAndKeys();
-    evaluate_init();
-    initPromotableTypes();
+    initEngineTables();
     return true;
   }();
   (void)done;

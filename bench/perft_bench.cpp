@@ -4,21 +4,17 @@
 #include <iostream>
 #include <sstream>
 
-#include "core/bitboard.h"
-#include "core/zobrist.h"
 #include "frontend/bench.h"
 #include "game/piece_values.h"
 #include "game/position.h"
 #include "game/rules.h"
-#include "movegen/install_services.h"
+#include "search/engine_start.h"
 
 namespace {
 
 void initOnce() {
   static bool done = [] {
-    initBitboards();
-    initPsqAndKeys();
-    installGeneratorServices();
+    initEngineTables();
     return true;
   }();
   (void)done;

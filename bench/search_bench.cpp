@@ -2,26 +2,14 @@
 #include <benchmark/benchmark.h>
 
 #include "../tests/search/fixed_depth_search.h"
-#include "core/bitboard.h"
-#include "core/options.h"
-#include "core/zobrist.h"
-#include "eval/evaluate.h"
-#include "game/game_end.h"
 #include "game/piece_values.h"
-#include "movegen/install_services.h"
-#include "search/search_tables.h"
+#include "search/engine_start.h"
 
 namespace {
 
 void initOnce() {
   static const bool done = [] {
-    buildOptions(Options, processorCount());
-    initBitboards();
-    initPsqAndKeys();
-    installGeneratorServices();
-    initSearch();
-    evaluate_init();
-    initPromotableTypes();
+    initEngineTables();
     return true;
   }();
   (void)done;

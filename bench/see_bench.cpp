@@ -5,11 +5,10 @@
 #include <random>
 #include <vector>
 
-#include "core/bitboard.h"
-#include "core/zobrist.h"
 #include "game/piece_values.h"
 #include "movegen/movegen.h"
 #include "search/move_picker.h"
+#include "search/engine_start.h"
 #include "search/see.h"
 
 namespace {
@@ -22,8 +21,7 @@ struct Sample {
 
 const Sample& sample(int type) {
   static std::vector<Sample> samples = [] {
-    initBitboards();
-    initPsqAndKeys();
+    initEngineTables();
     std::vector<Sample> all(GameTypeCount);
     std::mt19937 rng(11);
     for (int t = 0; t < GameTypeCount; ++t) {

@@ -16,7 +16,7 @@
 #include "game/move_stack.h"
 #include "game/piece_values.h"
 #include "game/rules.h"
-#include "movegen/install_services.h"
+#include "search/engine_start.h"
 #include "search/transposition_table.h"
 
 namespace {
@@ -34,11 +34,8 @@ void prepareProcess() {
   prepared = true;
   if (Options.size() != 0) return;
   ownProcess = true;
-  buildOptions(Options, processorCount());
+  initEngineTables();
   attachOptionHandlers();
-  initBitboards();
-  initPsqAndKeys();
-  installGeneratorServices();
 }
 
 // Everything an earlier input may have changed that a later one reads.

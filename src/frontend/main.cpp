@@ -2,15 +2,11 @@
 #include <iostream>
 #include <string>
 
-#include "core/bitboard.h"
 #include "core/options.h"
-#include "core/zobrist.h"
-#include "eval/evaluate.h"
 #include "frontend/command_loop.h"
 #include "frontend/go_command.h"
 #include "frontend/option_handlers.h"
-#include "movegen/install_services.h"
-#include "search/search_tables.h"
+#include "search/engine_start.h"
 #include "search/thread.h"
 #include "search/transposition_table.h"
 
@@ -18,15 +14,8 @@ int main(int argc, char* argv[]) {
   // The identification comes before anything is built.
   std::cout << engineInfo(false) << std::endl;
 
-  // Every later step may read an option.
-  buildOptions(Options, processorCount());
+  initEngineTables();
   attachOptionHandlers();
-
-  initBitboards();
-  initPsqAndKeys();
-  installGeneratorServices();
-  initSearch();
-  evaluate_init();
   // The pool's threads evaluate with tables of their own, so it starts once every table is built.
   threadPoolInit();
   installSearchReporter();
