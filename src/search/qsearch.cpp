@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr Value SwordValueMg = 200;
 constexpr Value FutilityBaseMargin = 128;
 constexpr Value NonMinorMaterialLine = 1600;
 constexpr Depth EmergencyDepthLimit = -10;

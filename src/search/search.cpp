@@ -27,7 +27,6 @@ namespace {
 
 enum NodeKind { RootNode, PVNode, NonPVNode };
 
-constexpr Value SwordValueMg = 200;
 constexpr Bitboard bit(Square s) { return Bitboard(1) << s; }
 
 bool stopped() { return Signals.stop; }

@@ -7,6 +7,9 @@
 
 struct SplitPoint;
 
+// The search's fixed measure of a Sword in its margins, whatever value the rules give the piece.
+inline constexpr Value SwordValueMg = 200;
+
 // The score of a draw for each colour in this search; set before the search starts.
 extern Value drawValue[2];
 
