@@ -1,6 +1,8 @@
 // Evaluation speed: evaluate calls per second over positions from random games of every game type.
 #include <benchmark/benchmark.h>
 
+#include "bench_start.h"
+
 #include <memory>
 #include <random>
 #include <vector>
@@ -12,17 +14,8 @@
 #include "game/position.h"
 #include "game/rules.h"
 #include "movegen/movegen.h"
-#include "search/engine_start.h"
 
 namespace {
-
-void initOnce() {
-  static bool done = [] {
-    initEngineTables();
-    return true;
-  }();
-  (void)done;
-}
 
 // Every position of a few random games from the start of the game type, each with its own state
 // record, as the search would hold them.

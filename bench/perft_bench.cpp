@@ -1,6 +1,8 @@
 // Perft speed from the start position of every game type: leaf nodes per second on one core.
 #include <benchmark/benchmark.h>
 
+#include "bench_start.h"
+
 #include <iostream>
 #include <sstream>
 
@@ -8,17 +10,8 @@
 #include "game/piece_values.h"
 #include "game/position.h"
 #include "game/rules.h"
-#include "search/engine_start.h"
 
 namespace {
-
-void initOnce() {
-  static bool done = [] {
-    initEngineTables();
-    return true;
-  }();
-  (void)done;
-}
 
 void BM_PerftStart(benchmark::State& state) {
   initOnce();

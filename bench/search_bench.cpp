@@ -1,19 +1,12 @@
 // Nodes per second of a single-threaded fixed-depth search from the start of every game type.
 #include <benchmark/benchmark.h>
 
+#include "bench_start.h"
+
 #include "../tests/search/fixed_depth_search.h"
 #include "game/piece_values.h"
-#include "search/engine_start.h"
 
 namespace {
-
-void initOnce() {
-  static const bool done = [] {
-    initEngineTables();
-    return true;
-  }();
-  (void)done;
-}
 
 // Argument: the game type's index. Each iteration searches the start position to 11 plies.
 void BM_SearchStart(benchmark::State& state) {
