@@ -8,6 +8,7 @@
 #include "frontend/bench.h"
 #include "frontend/eval_command.h"
 #include "frontend/go_command.h"
+#include "frontend/host_services.h"
 #include "frontend/listings.h"
 #include "frontend/memory_commands.h"
 #include "frontend/option_commands.h"
@@ -36,15 +37,18 @@ bool setGameText(const std::string& fen) {
   return true;
 }
 
+bool textMoveAllowed(const Position& pos, Move m) {
+  Square from = moveFrom(m), to = moveTo(m);
+  Piece mover = pos.pieceOn(from);
+  return from != to && mover != NoPiece && colorOf(mover) == pos.side() && pos.pseudo_legal(m) &&
+         pos.legal(m, CheckInfo(pos).pinned);
+}
+
 namespace {
 
 // Checks a move read from text against the position and makes it at the end of the chain.
 bool playTextMove(Position& pos, Move m) {
-  Square from = moveFrom(m), to = moveTo(m);
-  Piece mover = pos.pieceOn(from);
-  if (from == to || mover == NoPiece || colorOf(mover) != pos.side() || !pos.pseudo_legal(m) ||
-      !pos.legal(m, CheckInfo(pos).pinned))
-    return false;
+  if (!textMoveAllowed(pos, m)) return false;
   setupStates->emplace_back();
   pos.do_move(m, setupStates->back());
   return true;
@@ -171,6 +175,8 @@ constexpr Command AnyTimeCommands[] = {
   {"d", showBoardCommand},
   {"isready", isReadyCommand},
   {"setoption", [](LoopContext& ctx) { setoptionCommand(ctx.args); }},
+  {"checklegalitymatedraw", [](LoopContext& ctx) { checkLegalityMateDrawCommand(ctx.pos, ctx.args); }},
+  {"convertmovestosan", [](LoopContext& ctx) { convertMovesToSanCommand(ctx.pos, ctx.args); }},
 };
 
 // The rest runs only while no search runs.

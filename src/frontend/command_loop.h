@@ -28,6 +28,8 @@ extern std::unique_ptr<StateList> setupStates;
 // when the text cannot be applied. A position refused at the door leaves pos as it was; `outcome`,
 // when given, tells why a text was not applied.
 bool applyPositionText(Position& pos, std::istream& is, Intake* outcome = nullptr);
+// A move read from text may be played: it moves a piece of the side to move elsewhere, legally.
+bool textMoveAllowed(const Position& pos, Move m);
 // Applies a game text; with `echo` and the game-text message bit on, prints it.
 bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outcome = nullptr);
 // Makes `fen` the whole game text; false for an empty FEN.
