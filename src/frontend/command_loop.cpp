@@ -7,7 +7,9 @@
 #include "eval/eval_tables.h"
 #include "frontend/bench.h"
 #include "frontend/eval_command.h"
+#include "frontend/game_files.h"
 #include "frontend/go_command.h"
+#include "frontend/host_game_setup.h"
 #include "frontend/host_services.h"
 #include "frontend/listings.h"
 #include "frontend/memory_commands.h"
@@ -172,11 +174,13 @@ constexpr Command AnyTimeCommands[] = {
   {"quit", stopCommand},
   {"stop", stopCommand},
   {"ponderhit", [](LoopContext&) { ponderhitCommand(); }},
+  {"ucinewgame", [](LoopContext& ctx) { ucinewgameCommand(ctx.pos, ctx.args); }},
   {"d", showBoardCommand},
   {"isready", isReadyCommand},
   {"setoption", [](LoopContext& ctx) { setoptionCommand(ctx.args); }},
   {"checklegalitymatedraw", [](LoopContext& ctx) { checkLegalityMateDrawCommand(ctx.pos, ctx.args); }},
   {"convertmovestosan", [](LoopContext& ctx) { convertMovesToSanCommand(ctx.pos, ctx.args); }},
+  {"boardtypes", [](LoopContext&) { boardtypesCommand(); }},
 };
 
 // The rest runs only while no search runs.
@@ -192,6 +196,8 @@ constexpr Command IdleCommands[] = {
   {"rules", [](LoopContext& ctx) { rulesCommand(ctx.pos, ctx.args); }},
   {"game", [](LoopContext&) { showSettings(); }},
   {"sp", [](LoopContext& ctx) { setPositionCommand(ctx.pos, ctx.args); }},
+  {"save", [](LoopContext& ctx) { saveCommand(ctx.args); }},
+  {"open", [](LoopContext& ctx) { openCommand(ctx.pos, ctx.args); }},
   {"skill", [](LoopContext& ctx) { skillCommand(ctx.args); }},
   {"s", [](LoopContext& ctx) { skillCommand(ctx.args); }},
   {"skillb", [](LoopContext& ctx) { blackSkillCommand(ctx.args); }},

@@ -45,10 +45,10 @@ void rebuildValueTypeOrder() {
 
 }  // namespace
 
-void setPieceValues(const Position& pos) {
-  ValuePair sword = swordsCaptureMounts ? ValuePair{275, 275} : ValuePair{200, 205};
-  ValuePair bondsman = bondsmenLeaders ? ValuePair{2100, 2200} : ValuePair{1800, 1900};
+namespace {
 
+// The Magicians' worth and demotion reach under the extension counts in force.
+void storeMagicianValues(const Position& pos) {
   int mExt = std::clamp(magicianExtendedDemotionSqs, 0, 2);
   int m2Ext = std::clamp(powerMagicianExtendedDemotionSqs, 0, 2);
   ValuePair magician = MagicianValues[mExt];
@@ -59,6 +59,15 @@ void setPieceValues(const Position& pos) {
   }
   setDemotionReach(Magician, DemotionReach0 + mExt);
   setDemotionReach(Magician2, DemotionReach0 + m2Ext);
+  store(Magician, magician);
+  store(Magician2, magician2);
+}
+
+}  // namespace
+
+void setPieceValues(const Position& pos) {
+  ValuePair sword = swordsCaptureMounts ? ValuePair{275, 275} : ValuePair{200, 205};
+  ValuePair bondsman = bondsmenLeaders ? ValuePair{2100, 2200} : ValuePair{1800, 1900};
 
   Value dornMg = bondsman.mg + 200;
   ValuePair dorn = {dornMg, bondsman.mg + 400};
@@ -66,13 +75,18 @@ void setPieceValues(const Position& pos) {
   ValuePair dornSword = {sword.mg + dornMg - 1675, sword.mg + dornMg - 1665};
 
   store(Sword, sword);
-  store(Magician, magician);
-  store(Magician2, magician2);
+  storeMagicianValues(pos);
   store(Bondsman, bondsman);
   store(Dorn, dorn);
   store(Dorn_archer, dornArcher);
   store(Dorn_sword, dornSword);
   for (PieceType t : {Sword, Magician, Magician2, Bondsman, Dorn, Dorn_archer, Dorn_sword}) refreshPsq(t);
 
+  rebuildValueTypeOrder();
+}
+
+void applyMagicianExtensions(const Position& pos) {
+  storeMagicianValues(pos);
+  for (PieceType t : {Magician, Magician2}) refreshPsq(t);
   rebuildValueTypeOrder();
 }

@@ -12,3 +12,5 @@ extern PieceType valueTypeOrder[PieceTypeNb];
 // Recomputes the values of the rule-dependent types for the rules in force and this position,
 // the demotion reach of the Magicians, the affected psq rows and valueTypeOrder.
 void setPieceValues(const Position& pos);
+// Only the Magicians' part of it: their values and demotion reach under the extension counts.
+void applyMagicianExtensions(const Position& pos);
