@@ -97,6 +97,10 @@ TEST_F(HostServices, SiegeBreachPickUpAndGoal) {
 TEST_F(HostServices, DrawsAreJudgedOnThePositionTheMoveIsProposedIn) {
   EXPECT_EQ(check("h1h2", "k7/8/8/8/8/8/8/7K w 0 1").draw, "not enough material for anyone to win");
   EXPECT_EQ(check("h1g1", "k7/8/8/2W5/2W5/8/8/7K w 100 1").draw, "100 moves and no captures");
+  // A move that ends the game is not asked about a draw.
+  LegalityReport mate = check("c5b6", "k7/8/8/2W5/2W5/8/8/7K w 100 1");
+  EXPECT_TRUE(mate.ended);
+  EXPECT_EQ(mate.draw, "");
   LegalityReport r = check("h1g1", TwoWarriors + " moves h1h2 a8b8 h2h1 b8a8 h1h2 a8b8 h2h1 b8a8");
   EXPECT_EQ(r.draw, "three move repetition");
   EXPECT_FALSE(r.ended);
