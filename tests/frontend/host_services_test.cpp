@@ -121,10 +121,8 @@ TEST_F(HostServices, OneReportLineWithEveryField) {
             "^h1e1 h1f1 h1g1 h1f2 h1g2 h1h2 h1f3 h1g3 h1h3 h1e4 h1h4  "
             "^a8a5 a8d5 a8a6 a8b6 a8c6 a8a7 a8b7 a8c7 a8b8 a8c8 a8d8  "
             "^a8a5 a8d5 a8a6 a8b6 a8c6 a8a7 a8b7 a8c7 a8b8 a8c8 a8d8  ^0 ^Kh2 ^");
-  LegalityReport start = check("f2e3", "startpos moves");
-  EXPECT_TRUE(start.legal);
-  EXPECT_EQ(start.phase, 128);
-  EXPECT_EQ(start.movesBefore.substr(0, 5), "f2e3 ");
+  EXPECT_EQ(legalityLine(check("f2e3", "startpos moves")).substr(0, 11), "1 0 ^ ^ ^ ^");
+  EXPECT_EQ(check("f2e3", "startpos moves").phase, 128);
 }
 
 TEST_F(HostServices, EnemyMovesAreTheOtherSidesAndLeaveThePositionAsItWas) {
@@ -162,7 +160,7 @@ TEST_F(HostServices, RefusedTextsAndWordsThatMatchNoMove) {
     EXPECT_EQ(r.movesAfter, "") << word;
   }
 
-  // The replay alone refuses an enemy leader left en prise and a second Dorn form.
+  // The host's replay names an enemy leader left en prise in words of its own, and only it does.
   {
     CaptureStdout out;
     checkProposedMove(pos, "h1h2", "k7/1W6/8/8/8/8/8/7K w 0 1");
@@ -186,12 +184,13 @@ TEST_F(HostServices, NotationOfAMoveList) {
   EXPECT_EQ(san("k7/8/1S6/8/8/8/8/7K w 0 1 moves b6a7 a8b8 a7b7"), "Sa7=W+  ?Illegal move...a8b8\n");
   EXPECT_EQ(san(TwoWarriors + " moves a8b8"), " ?Illegal move...a8b8\n");
 
-  gameMoveCount = 7;
   {
     CaptureStdout out;
     EXPECT_EQ(san("xyz w 0 1 moves a1a2"), "");
     EXPECT_NE(out.text(), "");  // the reader's reason
   }
+  gameMoveCount = 7;
+  san(TwoWarriors + " moves h1h2 a8b8");
   EXPECT_EQ(gameMoveCount, 7);
 
   selectGame("rescuegeneral");
