@@ -1,7 +1,6 @@
 // The host's legality and notation services: a proposed move judged in one line, and moves written in SAN.
 #include "frontend/host_services.h"
 
-#include <deque>
 #include <iostream>
 #include <mutex>
 
@@ -9,6 +8,7 @@
 #include "eval/material.h"
 #include "frontend/command_loop.h"
 #include "frontend/position_intake.h"
+#include "frontend/settings.h"
 #include "game/game_end.h"
 #include "game/position.h"
 #include "game/threat_text.h"
@@ -90,19 +90,18 @@ std::string legalityLine(const LegalityReport& r) {
 std::string movesToSan(Position& pos, std::istream& words) {
   std::string fen, word;
   while (words >> word && word != "moves") fen += word + " ";
+  if (takePosition(pos, fen) != Intake::Taken) return "";
 
-  Position board;
-  board.thisThread = pos.thisThread;
-  if (takePosition(board, fen) != Intake::Taken) return "";
-
-  std::deque<StateInfo> states;
+  // As `position` does: the moves are played on the loop's position and listed, but not counted.
+  setupStates = std::make_unique<StateList>();
   std::string reply;
-  while (words >> word) {
-    const Move m = moveFromSquares(board, word);
+  for (int n = 0; words >> word; ++n) {
+    const Move m = moveFromSquares(pos, word);
     if (m == MoveNone) break;  // the list ends here, without a word
-    if (!textMoveAllowed(board, m)) return reply + " ?Illegal move..." + word + "\n";
-    reply += moveToSan(board, m) + " ";
-    board.do_move(m, states.emplace_back());
+    if (n < MaxGameMoves) playedMoves[n] = " " + word;
+    if (!textMoveAllowed(pos, m)) return reply + " ?Illegal move..." + word + "\n";
+    reply += moveToSan(pos, m) + " ";
+    pos.do_move(m, setupStates->emplace_back());
   }
   return reply.empty() ? "<none>" : reply;
 }

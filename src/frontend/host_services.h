@@ -25,7 +25,8 @@ LegalityReport checkProposedMove(Position& pos, std::string moveWord, const std:
 std::string legalityLine(const LegalityReport& report);
 
 // The moves behind a FEN in SAN, each followed by a blank; "<none>" when there are none, empty when
-// the FEN is refused, and cut off by " ?Illegal move..." at a move that cannot be played.
+// the FEN is refused, and cut off by " ?Illegal move..." at a move that cannot be played. As
+// `position`, it leaves pos at the last move played and lists the words in playedMoves.
 std::string movesToSan(Position& pos, std::istream& words);
 
 // checklegalitymatedraw <move> <position text>
