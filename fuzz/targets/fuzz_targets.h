@@ -15,6 +15,9 @@ std::string fuzzPositionText(const uint8_t* data, size_t size);
 std::string fuzzCommandLines(const uint8_t* data, size_t size);
 // Input: the header, then the text of a game file given to `open`.
 std::string fuzzGameFile(const uint8_t* data, size_t size);
+// Input: the header, then lines for the host's services: one that starts with "c" is the words of
+// convertmovestosan behind that letter, any other the words of checklegalitymatedraw.
+std::string fuzzHostServices(const uint8_t* data, size_t size);
 
 struct FuzzTarget {
   const char* name;  // also the folder of its corpus and of its saved findings under fuzz/
@@ -28,4 +31,5 @@ inline constexpr FuzzTarget FuzzTargets[] = {
     {"position_text", fuzzPositionText},
     {"command_line", fuzzCommandLines},
     {"game_file", fuzzGameFile},
+    {"host_services", fuzzHostServices},
 };
