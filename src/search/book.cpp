@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <system_error>
 
 #include "movegen/movegen.h"
 #include "search/book_key.h"
@@ -31,7 +33,9 @@ PolyglotBook::PolyglotBook() : rng(clockWarmupRounds()) {}
 bool PolyglotBook::open(const std::string& name) {
   file.close();
   file.clear();
-  file.open(name, std::ios::in | std::ios::binary);
+  // Only a plain file: a pipe would block the search and a device might never end.
+  std::error_code error;
+  if (std::filesystem::is_regular_file(name, error)) file.open(name, std::ios::in | std::ios::binary);
   fileName = file.is_open() ? name : std::string();
   return !fileName.empty();
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -169,6 +170,9 @@ TEST_F(BookTest, ShortDamagedAndMissingFilesGiveNoMoveAndANewNameIsOpened) {
   const std::string good = write("good.bin", {{key, bookMove(E2, E3), 1}});
   EXPECT_EQ(book.probe(pos, (dir / "absent.bin").string(), false), MoveNone);
   EXPECT_EQ(book.probe(pos, dir.string(), false), MoveNone);  // a directory
+  const std::string pipe = (dir / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(book.probe(pos, pipe, false), MoveNone);  // would block a reader that opened it
   EXPECT_EQ(book.probe(pos, write("empty.bin", {}), false), MoveNone);
   EXPECT_EQ(book.probe(pos, write("stub.bin", {}, 5), false), MoveNone);
   EXPECT_EQ(book.probe(pos, "", false), MoveNone);
