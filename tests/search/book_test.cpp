@@ -61,7 +61,7 @@ class BookTest : public PositionFixture {
       put(e.count, 2);
       put(0xDEADBEEF, 4);
     }
-    put(0xA5A5A5A5A5A5A5A5ULL, tail);
+    for (int i = 0; i < tail; ++i) out.put(char(0xA5));
     return path;
   }
 
