@@ -25,8 +25,6 @@ PolyglotBook& searchBook() {
 }
 
 bool bookChoice(Position& pos, RootMove& bestLine) {
-  // The command loop only assigns options between searches in practice; a host that changes
-  // "Book File" during a search races with this read of the name.
   const std::string fileName = Options["Book File"].text();
   if (fileName.empty()) return false;
   const Move m = searchBook().probe(pos, fileName, Options["Best Book Move"].intValue() != 0);
