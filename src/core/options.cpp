@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -28,8 +29,15 @@ Option::Option(int defaultValue, int min, int max, bool visible, OnChange onChan
   setValue(this->defaultValue);
 }
 
+namespace {
+std::mutex textLock;  // guards every option's currentValue
+}  // namespace
+
 void Option::setValue(const std::string& value) {
-  currentValue = value;
+  {
+    std::lock_guard<std::mutex> lock(textLock);
+    currentValue = value;
+  }
   number = typeName == "spin" ? plainNumber(value) : value == "true";
 }
 
@@ -44,6 +52,11 @@ Option& Option::operator=(const std::string& value) {
   if (!button) setValue(value);
   if (onChange) onChange(*this);
   return *this;
+}
+
+std::string Option::text() const {
+  std::lock_guard<std::mutex> lock(textLock);
+  return currentValue;
 }
 
 bool CaseInsensitiveLess::operator()(std::string_view a, std::string_view b) const {

@@ -25,7 +25,8 @@ class Option {
 
   // A spin's decimal value; for every other type 1 when the value is "true", else 0.
   int intValue() const { return number; }
-  std::string text() const { return currentValue; }
+  // A copy taken under a lock: a search reads texts while the command loop may assign them.
+  std::string text() const;
 
   bool visible() const { return isVisible; }
   const std::string& type() const { return typeName; }

@@ -5,7 +5,6 @@
 
 std::string searchFen;
 const char* startFen = gameTypeTable[DefaultGameType].startFen;
-int gameType = DefaultGameType;
 
 double defaultMoveTime = 3.0;
 double blackMoveTime = 0.0;

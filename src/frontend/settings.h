@@ -13,7 +13,6 @@
 extern std::string searchFen;
 // Start FEN of the current game type.
 extern const char* startFen;
-extern int gameType;
 
 // Seconds per computer move; Black's 0 means the default applies to Black too.
 extern double defaultMoveTime;

@@ -39,6 +39,8 @@ const GameType gameTypeTable[GameTypeCount] = {
   {4, "rescuedorn", "wfwwa3/w1sah3/wn6/aa6/6AA/6NW/3HAS1W/3AWWFW w 0 1", nullptr, StartSquares, NoPieceType},
 };
 
+int gameType = DefaultGameType;
+
 int siege1 = 0;
 int siege2 = 0;
 

@@ -30,6 +30,8 @@ struct GameType {
 constexpr int GameTypeCount = 5;
 extern const GameType gameTypeTable[GameTypeCount];
 constexpr int DefaultGameType = 1;
+// The number of the current game's type; the search reads it for the opening set-up moves.
+extern int gameType;
 
 // The mode switches, derived from the game type number alone.
 extern int siege1;  // on for type 3, "rescuegeneral"

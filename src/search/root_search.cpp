@@ -21,6 +21,7 @@
 #include "movegen/notation.h"
 #include "search/gain_table.h"
 #include "search/history.h"
+#include "search/opening_choice.h"
 #include "search/search.h"
 #include "search/thread.h"
 #include "search/time_manager.h"
@@ -338,8 +339,9 @@ void think() {
       printLocked("info depth 0 score " + scoreToUci(pos.inCheck() ? -ValueMate : ValueZero, -ValueInfinite,
                                                      ValueInfinite, &reportedScore));
     bestLine = RootMoves[0];
+  } else if (openingChoice(pos, bestLine, reportedScore)) {
+    // The opening book or a set-up move answered: nothing to search.
   } else {
-    // The opening book and the set-up moves answer here, before any search, once they exist.
     setDrawValue(pos);
 
     for (Thread* t : Threads.threads) t->maxPly = 0;

@@ -27,7 +27,11 @@ int field(const std::string& line, const std::string& name) {
 const std::regex BestMoveLine("bestmove [a-h][1-8][a-h][1-8] ponder ([a-h][1-8][a-h][1-8]|\\(none\\))");
 
 TEST(GoCommandTest, DepthLimitEndsByItselfWithOneLinePerIterationAndAPonderMove) {
-  std::string out = runDorn("", "go depth 4");
+  DornSession s;
+  s.send("setoption name OwnBook value false");  // searches, not set-up moves
+  s.send("go depth 4");
+  std::string out;
+  for (const std::string& line : s.waitFor("bestmove", 20000)) out += line + "\n";
   auto info = linesStartingWith(out, "info depth");
   ASSERT_EQ(info.size(), 4u);
   for (int d = 1; d <= 4; ++d) {
@@ -44,6 +48,7 @@ TEST(GoCommandTest, DepthLimitEndsByItselfWithOneLinePerIterationAndAPonderMove)
 
 TEST(GoCommandTest, MultiPvPrintsEveryLineBestFirstAndSearchMovesNarrowTheRoot) {
   DornSession s;
+  s.send("setoption name OwnBook value false");  // searches, not set-up moves
   s.send("setoption name MultiPV value 3");
   s.send("go depth 3");
   auto lines = s.waitFor("bestmove", 20000);
@@ -103,6 +108,7 @@ TEST(GoCommandTest, PonderHoldsTheMoveUntilPonderhit) {
 
 TEST(GoCommandTest, MovetimeIsKeptWithinTheTimersTick) {
   DornSession s;
+  s.send("setoption name OwnBook value false");  // searches, not set-up moves
   s.send("isready");
   ASSERT_FALSE(s.waitFor("readyok", 5000).empty());
   auto start = std::chrono::steady_clock::now();
@@ -116,6 +122,7 @@ TEST(GoCommandTest, MovetimeIsKeptWithinTheTimersTick) {
 
 TEST(GoCommandTest, NodeLimitStopsTheSearchSoonAfterTheCount) {
   DornSession s;
+  s.send("setoption name OwnBook value false");  // searches, not set-up moves
   s.send("go nodes 20000");
   auto lines = s.waitFor("bestmove", 10000);
   ASSERT_FALSE(lines.empty());
@@ -130,6 +137,7 @@ TEST(GoCommandTest, NodeLimitStopsTheSearchSoonAfterTheCount) {
 
 TEST(GoCommandTest, SeveralThreadsSplitTheTreeAndFinishEveryIteration) {
   DornSession s;
+  s.send("setoption name OwnBook value false");  // searches, not set-up moves
   s.send("setoption name Threads value 3");
   s.send("setoption name Min Split Depth value 4");
   s.send("go depth 9");
@@ -150,7 +158,7 @@ TEST(GoCommandTest, SeveralThreadsSplitTheTreeAndFinishEveryIteration) {
 }
 
 TEST(GoCommandTest, QuitDuringASearchStillGivesTheMove) {
-  auto best = linesStartingWith(runDorn("go depth 60\nquit\n"), "bestmove");
+  auto best = linesStartingWith(runDorn("setoption name OwnBook value false\ngo depth 60\nquit\n"), "bestmove");
   ASSERT_EQ(best.size(), 1u);
   EXPECT_TRUE(std::regex_match(best[0], BestMoveLine)) << best[0];
 }

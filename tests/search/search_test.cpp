@@ -300,6 +300,7 @@ TEST(EngineSearch, GoDepthOnOneThreadIsRepeatable) {
   auto run = [](const std::string& type) {
     DornSession engine;
     engine.send("setoption name Threads value 1");
+    engine.send("setoption name OwnBook value false");
     engine.send("new " + type);
     engine.send("position startpos");
     engine.send("go depth 6");
