@@ -78,12 +78,6 @@ bool looksOnly(const std::string& command, const std::string& output) {
   return Readers.count(command) || output.rfind("Unknown command: ", 0) == 0;
 }
 
-std::string gameTextFault() {
-  if (searchFen.rfind("fen ", 0) != 0 || searchFen.find("startpos moves") == std::string::npos)
-    return "game text lost its form: " + searchFen.substr(0, 200);
-  return "";
-}
-
 }  // namespace
 
 std::string fuzzCommandLines(const uint8_t* data, size_t size) {

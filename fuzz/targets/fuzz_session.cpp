@@ -48,6 +48,9 @@ void resetProcessState() {
   setSiegeModes(DefaultGameType);
   restoreSiegeGeometry(SiegeGeometry{});
   gameType = DefaultGameType;
+  defaultMoveTime = 3.0;
+  blackMoveTime = 0.0;
+  defaultDepth = blackDepth = 0;
   startFen = gameTypeTable[DefaultGameType].startFen;
   setGameText(startFen);
   msgLevel = 0;
@@ -120,5 +123,11 @@ std::string internalReport(const std::string& output) {
       if (line.size() == 4 + std::string_view(text).size() && line.ends_with(text)) return std::string(line);
     start = end + 1;
   }
+  return "";
+}
+
+std::string gameTextFault() {
+  if (searchFen.rfind("fen ", 0) != 0 || searchFen.find("startpos moves") == std::string::npos)
+    return "game text lost its form: " + searchFen.substr(0, 200);
   return "";
 }

@@ -71,3 +71,6 @@ class FuzzSession {
 // The first report of an internal inconsistency in the output (the dumps and complaints of make,
 // unmake, legality and the board picture), or empty. Refusals of bad input are no such report.
 std::string internalReport(const std::string& output);
+
+// A fault of the game text's form ("fen <FEN> startpos moves ..."), or empty.
+std::string gameTextFault();

@@ -13,6 +13,8 @@ std::string fuzzFenReader(const uint8_t* data, size_t size);
 std::string fuzzPositionText(const uint8_t* data, size_t size);
 // Input: the header, then command lines for the loop.
 std::string fuzzCommandLines(const uint8_t* data, size_t size);
+// Input: the header, then the text of a game file given to `open`.
+std::string fuzzGameFile(const uint8_t* data, size_t size);
 
 struct FuzzTarget {
   const char* name;  // also the folder of its corpus and of its saved findings under fuzz/
@@ -25,4 +27,5 @@ inline constexpr FuzzTarget FuzzTargets[] = {
     {"fen_reader", fuzzFenReader},
     {"position_text", fuzzPositionText},
     {"command_line", fuzzCommandLines},
+    {"game_file", fuzzGameFile},
 };

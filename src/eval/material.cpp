@@ -6,13 +6,13 @@
 #include "game/position.h"
 #include "game/rules.h"
 
-namespace {
-
 int gamePhase(Value npSum) {
   if (npSum >= MidgameMaterialLimit) return 128;
   if (npSum <= EndgameMaterialLimit) return 0;
   return (npSum - EndgameMaterialLimit) * 128 / (MidgameMaterialLimit - EndgameMaterialLimit);
 }
+
+namespace {
 
 // Both sides' non-minor material as a signed 16-bit sum, wrapping as such a sum does.
 int16_t npSum16(const StateInfo* st) { return int16_t(int16_t(st->npMaterial[WHITE]) + int16_t(st->npMaterial[BLACK])); }

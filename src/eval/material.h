@@ -30,6 +30,8 @@ using MaterialTable = std::array<MaterialEntry, MaterialTableSize>;
 // Sums of both sides' npMaterial that bound the game phase.
 constexpr Value MidgameMaterialLimit = 20181;
 constexpr Value EndgameMaterialLimit = 8598;
+// 128 at or above the middle-game limit, 0 at or below the end-game limit, linear between.
+int gamePhase(Value npSum);
 
 // Finds the position's entry, computing it afresh when the slot holds another key.
 MaterialEntry* probeMaterial(const Position& pos, MaterialTable& table, const Endgames& endgames);

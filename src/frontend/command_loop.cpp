@@ -12,6 +12,7 @@
 #include "frontend/game_history.h"
 #include "frontend/go_command.h"
 #include "frontend/host_game_setup.h"
+#include "frontend/host_services.h"
 #include "frontend/listings.h"
 #include "frontend/memory_commands.h"
 #include "frontend/option_commands.h"
@@ -41,22 +42,21 @@ bool setGameText(const std::string& fen) {
   return true;
 }
 
+bool textMoveAllowed(const Position& pos, Move m) {
+  Square from = moveFrom(m), to = moveTo(m);
+  Piece mover = pos.pieceOn(from);
+  return from != to && mover != NoPiece && colorOf(mover) == pos.side() && pos.pseudo_legal(m) &&
+         pos.legal(m, CheckInfo(pos).pinned);
+}
+
 namespace {
 
 // Checks a move read from text against the position and makes it at the end of the chain.
 bool playTextMove(Position& pos, Move m, StateList& chain) {
-  Square from = moveFrom(m), to = moveTo(m);
-  Piece mover = pos.pieceOn(from);
-  if (from == to || mover == NoPiece || colorOf(mover) != pos.side() || !pos.pseudo_legal(m) ||
-      !pos.legal(m, CheckInfo(pos).pinned))
-    return false;
+  if (!textMoveAllowed(pos, m)) return false;
   pos.do_move(m, chain.emplace_back());
   return true;
 }
-
-}  // namespace
-
-namespace {
 
 // applyPositionText with the chain of state records to build; the caller holds gameTextLock.
 bool readPositionText(Position& pos, std::istream& is, Intake& verdict, std::unique_ptr<StateList>& chain) {
@@ -200,6 +200,8 @@ constexpr Command AnyTimeCommands[] = {
   {"d", showBoardCommand},
   {"isready", isReadyCommand},
   {"setoption", [](LoopContext& ctx) { setoptionCommand(ctx.args); }},
+  {"checklegalitymatedraw", [](LoopContext& ctx) { checkLegalityMateDrawCommand(ctx.pos, ctx.args); }},
+  {"convertmovestosan", [](LoopContext& ctx) { convertMovesToSanCommand(ctx.pos, ctx.args); }},
   {"boardtypes", [](LoopContext&) { boardtypesCommand(); }},
 };
 

@@ -34,6 +34,8 @@ extern std::mutex gameTextLock;
 // when the text cannot be applied. A position refused at the door leaves pos as it was; `outcome`,
 // when given, tells why a text was not applied.
 bool applyPositionText(Position& pos, std::istream& is, Intake* outcome = nullptr);
+// A move read from text may be played: it moves a piece of the side to move elsewhere, legally.
+bool textMoveAllowed(const Position& pos, Move m);
 // Applies a game text; with `echo` and the game-text message bit on, prints it.
 bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outcome = nullptr);
 // Replays a game text on a position of its own, for the record a replay keeps (`playedMoves`,

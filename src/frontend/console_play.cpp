@@ -11,6 +11,7 @@
 #include "frontend/settings.h"
 #include "game/game_end.h"
 #include "game/position.h"
+#include "game/threat_text.h"
 #include "movegen/movegen.h"
 #include "movegen/notation.h"
 #include "search/transposition_table.h"
@@ -56,11 +57,7 @@ std::string invalidMoveExplanation(const Position& pos, const std::string& word)
 
   if (from != to && mover != NoPiece && colorOf(mover) == us && pos.soleLeader(us)) {
     Square leader;
-    if (Bitboard threats = leaderThreats(pos, m, leader)) {
-      text += "[ ";
-      while (threats) text += squareToString(popLowest(threats)) + " ";
-      return text + "] threatens [ " + squareToString(leader) + " ]\n";
-    }
+    if (Bitboard threats = leaderThreats(pos, m, leader)) return text + threatensText(threats, leader) + "\n";
     return text + "[" + cell + "] cannot move like that\n";
   }
   if (!allBlank(cell)) {

@@ -11,6 +11,7 @@
 #include "core/psqt.h"
 #include "core/zobrist.h"
 #include "game/generator_services.h"
+#include "game/threat_text.h"
 
 namespace {
 
@@ -483,11 +484,7 @@ std::string Position::pretty(Move move, bool withLegalMoves, bool boardOnly) con
   }
   if (boardOnly) return out;
 
-  if (inCheck()) {
-    out += ", [ ";
-    for (Bitboard b = st->checkers; b; b &= b - 1) out += squareToString(std::countr_zero(b)) + " ";
-    out += "] threatens [ " + squareToString(leaderSquare(sideToMove)) + " ]";
-  }
+  if (inCheck()) out += ", " + threatensText(st->checkers, leaderSquare(sideToMove));
   out += "\n";
   if (msgFlags & MsgGameText) out += "Fen: " + fen() + "\n";
   if (withLegalMoves && (inCheck() || (msgFlags & MsgMoveList)))

@@ -93,10 +93,7 @@ void setDrawValue(const Position& root) {
   if (factor != 0 && !Options["UCI_AnalyseMode"].intValue()) {
     int c = factor * swordValue() / 100;
     int n = root.state()->npMaterial[WHITE] + root.state()->npMaterial[BLACK];
-    int scale = n >= MidgameMaterialLimit ? 128
-                : n <= EndgameMaterialLimit
-                    ? 0
-                    : (n - EndgameMaterialLimit) * 128 / (MidgameMaterialLimit - EndgameMaterialLimit);
+    int scale = gamePhase(n);
     own = -(scale * c / 128);
   }
   // With no contempt asked for, a draw still costs the engine's side a Sword.
