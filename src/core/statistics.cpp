@@ -10,3 +10,25 @@ void resetStatistics() {
         &stats.splitsSet, &stats.splitsJoined, &stats.seeCalls})
     c->store(0, std::memory_order_relaxed);
 }
+
+std::string statisticsText() {
+  struct Field {
+    const char* label;
+    const std::atomic<uint32_t>& counter;
+    bool blankBehind;
+  };
+  const Field fields[] = {
+      {"nodes searched:", stats.nodesSearched, true}, {" evaluated:", stats.evaluated, true},
+      {" PLT:", stats.plTests, false},                {" FPL:", stats.plFails, true},
+      {" FPLN:", stats.plFailsPlain, false},          {" FPLD:", stats.plFailsDemotion, false},
+      {" FPLP:", stats.plFailsPromotion, true},       {" FPLE:", stats.plFailsExchange, false},
+      {"  FPLS1:", stats.plFailsSiege, true},         {" SNS:", stats.splitsSet, false},
+      {" SNL:", stats.splitsJoined, true},            {" see:", stats.seeCalls, true},
+  };
+  std::string text;
+  for (const Field& f : fields) {
+    text += f.label + std::to_string(f.counter.load(std::memory_order_relaxed));
+    if (f.blankBehind) text += ' ';
+  }
+  return text;
+}

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string>
 
 struct Statistics {
   std::atomic<uint32_t> nodesSearched{0};  // "nodes searched:"
@@ -26,3 +27,6 @@ inline void bump(std::atomic<uint32_t>& counter) { counter.fetch_add(1, std::mem
 
 // Zeroes every counter; at the start of a search.
 void resetStatistics();
+// The counters on one line, as a console search shows them after its move, with no newline:
+// "nodes searched:12  evaluated:34  PLT:..."; the next output goes on the same line.
+std::string statisticsText();

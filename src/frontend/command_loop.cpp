@@ -6,8 +6,10 @@
 
 #include "eval/eval_tables.h"
 #include "frontend/bench.h"
+#include "frontend/console_play.h"
 #include "frontend/eval_command.h"
 #include "frontend/game_files.h"
+#include "frontend/game_history.h"
 #include "frontend/go_command.h"
 #include "frontend/host_game_setup.h"
 #include "frontend/host_services.h"
@@ -23,6 +25,7 @@
 #include "search/thread.h"
 
 std::unique_ptr<StateList> setupStates;
+std::mutex gameTextLock;
 
 std::string engineInfo(bool uciForm) {
   return std::string("Dorn 0.25 64bit") + (uciForm ? "\nid author " : " by ") + "Alda Reve";
@@ -49,18 +52,14 @@ bool textMoveAllowed(const Position& pos, Move m) {
 namespace {
 
 // Checks a move read from text against the position and makes it at the end of the chain.
-bool playTextMove(Position& pos, Move m) {
+bool playTextMove(Position& pos, Move m, StateList& chain) {
   if (!textMoveAllowed(pos, m)) return false;
-  setupStates->emplace_back();
-  pos.do_move(m, setupStates->back());
+  pos.do_move(m, chain.emplace_back());
   return true;
 }
 
-}  // namespace
-
-bool applyPositionText(Position& pos, std::istream& is, Intake* outcome) {
-  Intake unused;
-  Intake& verdict = outcome ? *outcome : unused;
+// applyPositionText with the chain of state records to build; the caller holds gameTextLock.
+bool readPositionText(Position& pos, std::istream& is, Intake& verdict, std::unique_ptr<StateList>& chain) {
   verdict = Intake::Unreadable;
   std::string token, fen;
   if (!(is >> token)) return false;
@@ -75,7 +74,7 @@ bool applyPositionText(Position& pos, std::istream& is, Intake* outcome) {
   verdict = takePosition(pos, fen);
   if (verdict != Intake::Taken) return false;
 
-  setupStates = std::make_unique<StateList>();
+  chain = std::make_unique<StateList>();
   int moves = 0;
   while (is >> token) {
     Move m = moveFromSquares(pos, token);
@@ -86,7 +85,7 @@ bool applyPositionText(Position& pos, std::istream& is, Intake* outcome) {
     }
     if (moves < MaxGameMoves) playedMoves[moves] = " " + token;
     ++moves;
-    if (!playTextMove(pos, m)) {
+    if (!playTextMove(pos, m, *chain)) {
       std::cout << "?Illegal move..." << token << ", fen file is broken, fix it..\n";
       verdict = Intake::Unreadable;
       return false;
@@ -98,6 +97,23 @@ bool applyPositionText(Position& pos, std::istream& is, Intake* outcome) {
   return true;
 }
 
+}  // namespace
+
+bool applyPositionText(Position& pos, std::istream& is, Intake* outcome) {
+  Intake unused;
+  std::lock_guard<std::mutex> game(gameTextLock);
+  return readPositionText(pos, is, outcome ? *outcome : unused, setupStates);
+}
+
+bool recordGameText(const std::string& text) {
+  Position scratch;
+  std::unique_ptr<StateList> chain;
+  std::istringstream is(text);
+  Intake verdict;
+  std::lock_guard<std::mutex> game(gameTextLock);
+  return readPositionText(scratch, is, verdict, chain);
+}
+
 bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outcome) {
   std::istringstream is(text);
   bool applied = applyPositionText(pos, is, outcome);
@@ -106,7 +122,13 @@ bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outco
 }
 
 void showBoard(Position& pos) {
-  replayGame(pos, searchFen, false);
+  std::string game;
+  {
+    // `d` runs beside a search, whose report may be appending its move.
+    std::lock_guard<std::mutex> lock(gameTextLock);
+    game = searchFen;
+  }
+  replayGame(pos, game, false);
   std::string board = pos.pretty(MoveNone, true, false);
   std::lock_guard<std::mutex> lock(syncOutLock);
   std::cout << board << "\n";
@@ -192,12 +214,15 @@ constexpr Command IdleCommands[] = {
   {"mt", [](LoopContext& ctx) { moveTimeCommand(ctx.args); }},
   {"cc", [](LoopContext& ctx) { computerOnComputerCommand(ctx.args); }},
   {"mtb", [](LoopContext& ctx) { blackMoveTimeCommand(ctx.args); }},
+  {"g", [](LoopContext& ctx) { computerMoveCommand(ctx.pos, ctx.args); }},
   {"new", [](LoopContext& ctx) { newCommand(ctx.pos, ctx.args); }},
   {"rules", [](LoopContext& ctx) { rulesCommand(ctx.pos, ctx.args); }},
   {"game", [](LoopContext&) { showSettings(); }},
   {"sp", [](LoopContext& ctx) { setPositionCommand(ctx.pos, ctx.args); }},
   {"save", [](LoopContext& ctx) { saveCommand(ctx.args); }},
   {"open", [](LoopContext& ctx) { openCommand(ctx.pos, ctx.args); }},
+  {"move", [](LoopContext& ctx) { moveCommand(ctx.pos, ctx.args); }},
+  {"m", [](LoopContext& ctx) { moveCommand(ctx.pos, ctx.args); }},
   {"skill", [](LoopContext& ctx) { skillCommand(ctx.args); }},
   {"s", [](LoopContext& ctx) { skillCommand(ctx.args); }},
   {"skillb", [](LoopContext& ctx) { blackSkillCommand(ctx.args); }},
@@ -210,6 +235,16 @@ constexpr Command IdleCommands[] = {
   {"cap", [](LoopContext& ctx) { listCaptures(ctx.pos); }},
   {"leg", [](LoopContext& ctx) { listLegal(ctx.pos); }},
   {"see", [](LoopContext& ctx) { listSeeValues(ctx.pos); }},
+  {"dms", [](LoopContext& ctx) { dumpLastMoveCommand(ctx.pos); }},
+  {"hint", [](LoopContext& ctx) { hintCommand(ctx.pos); }},
+  {"h", [](LoopContext& ctx) { hintCommand(ctx.pos); }},
+  {"redo", [](LoopContext& ctx) { redoCommand(ctx.pos); }},
+  {"r", [](LoopContext& ctx) { redoCommand(ctx.pos); }},
+  {"showmoves", [](LoopContext&) { showMovesCommand(); }},
+  {"start", [](LoopContext& ctx) { startCommand(ctx.pos, ctx.args); }},
+  {"end", [](LoopContext& ctx) { endCommand(ctx.pos); }},
+  {"undo", [](LoopContext& ctx) { undoCommand(ctx.pos); }},
+  {"u", [](LoopContext& ctx) { undoCommand(ctx.pos); }},
   {"flipb", flipBoardCommand},
   {"setmem", [](LoopContext& ctx) { setmemCommand(ctx.args); }},
   {"eval", [](LoopContext& ctx) { evalCommand(ctx.pos); }},

@@ -4,6 +4,7 @@
 #include <deque>
 #include <istream>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "frontend/position_intake.h"
@@ -24,6 +25,11 @@ bool executeCommand(Position& pos, const std::string& line);
 using StateList = std::deque<StateInfo>;
 extern std::unique_ptr<StateList> setupStates;
 
+// Held where the command loop and the end of a search can meet on the game: by every replay (it
+// writes the chain of state records, `playedMoves`, `gameMoveCount` and the siege geometry), by
+// `d` while it reads `searchFen`, and by the report of a computer move while it writes it.
+extern std::mutex gameTextLock;
+
 // "startpos [moves ...]" or "fen <FEN> [moves ...]" onto pos; false, with a message for a bad move,
 // when the text cannot be applied. A position refused at the door leaves pos as it was; `outcome`,
 // when given, tells why a text was not applied.
@@ -32,6 +38,9 @@ bool applyPositionText(Position& pos, std::istream& is, Intake* outcome = nullpt
 bool textMoveAllowed(const Position& pos, Move m);
 // Applies a game text; with `echo` and the game-text message bit on, prints it.
 bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outcome = nullptr);
+// Replays a game text on a position of its own, for the record a replay keeps (`playedMoves`,
+// `gameMoveCount`); the loop's position and its state records stay as they are.
+bool recordGameText(const std::string& text);
 // Makes `fen` the whole game text; false for an empty FEN.
 bool setGameText(const std::string& fen);
 // Appends the empty move list unless the text has one.

@@ -116,7 +116,12 @@ void checkLegalityMateDrawCommand(Position& pos, std::istream& words) {
 }
 
 void convertMovesToSanCommand(Position& pos, std::istream& words) {
-  const std::string reply = movesToSan(pos, words);
+  std::string reply;
+  {
+    // It may run beside the end of a search, whose report replays the game.
+    std::lock_guard<std::mutex> game(gameTextLock);
+    reply = movesToSan(pos, words);
+  }
   std::lock_guard<std::mutex> lock(syncOutLock);
   std::cout << reply << "\n";
 }

@@ -232,3 +232,8 @@ ScoredMove* generateLegal(const Position& pos, ScoredMove* list) {
     else *cur = *--end;
   return end;
 }
+
+int legalMoveCount(const Position& pos) {
+  ScoredMove list[MaxMoves];
+  return int(generateLegal(pos, list) - list);
+}

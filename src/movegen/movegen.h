@@ -20,6 +20,7 @@ ScoredMove* generateCaptures(const Position& pos, ScoredMove* list);     // mate
 ScoredMove* generateQuiets(const Position& pos, ScoredMove* list);       // the quiet moves
 ScoredMove* generateNonEvasions(const Position& pos, ScoredMove* list);  // every pseudo-legal move when not in check
 ScoredMove* generateLegal(const Position& pos, ScoredMove* list);        // the legal moves, in or out of check
+int legalMoveCount(const Position& pos);
 
 // Replies to check and quiet checks; they come with the evasion generator.
 ScoredMove* generateEvasions(const Position& pos, ScoredMove* list);
