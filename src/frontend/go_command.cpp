@@ -108,13 +108,18 @@ void reportSearchResult(const RootMove& bestLine, int reportedScore) {
   const Move best = bestLine.pv[0];
   const bool realMove = best != MoveNone && moveFrom(best) != moveTo(best);
   const Color mover = root.side();
-  hintMove = bestLine.pv.size() > 1 ? bestLine.pv[1] : MoveNone;
+  // Without a move the last hint stands: the bestmove line names it as the reply.
+  if (realMove) hintMove = bestLine.pv.size() > 1 ? bestLine.pv[1] : MoveNone;
 
   std::string shownBefore, shownAfter;  // console text around the bestmove line
   PlayedMove played;
   std::string game;
   if (!realMove) {
-    if (console) shownBefore = "!Move, game is over\n";
+    // No replies are counted, so the report ends as after a move that leaves none.
+    if (console) {
+      shownBefore = "!Move, game is over\n";
+      shownAfter = moveVerdict(bestLine, reportedScore, played, "", mover);
+    }
   } else {
     const std::string gameText = moveToUci(best, &root, false);
     const std::string consoleText = moveToUci(best, &root, true);
