@@ -13,6 +13,7 @@
 #include "fuzz_targets.h"
 #include "game/position.h"
 #include "position_invariants.h"
+#include "search/thread.h"
 
 namespace {
 
@@ -20,6 +21,11 @@ namespace {
 constexpr int MaxLines = 100;
 // The largest hash table an input may ask for, in megabytes.
 constexpr int MaxHashMegabytes = 16;
+// Searches and counts go this many plies deep at most.
+constexpr int MaxSearchDepth = 2;
+
+// Searches run where the harness has a thread pool: in a fuzzer, not in the test suite's replay.
+bool searchAllowed() { return Threads.main() != nullptr; }
 
 std::string lowerCase(std::string s) {
   std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return char(std::tolower(c)); });
@@ -38,12 +44,13 @@ bool withinBudget(const std::string& line) {
     std::string depth;
     return !(is >> depth) || within(depth, 2);
   }
-  if (command == "bench") {  // only perft over the built-in or current positions, never a file
-    std::string hash, threads, limit, source = "default";
+  if (command == "bench") {  // small limits over the built-in or current positions, never a file
+    std::string hash, threads, limit, source = "default", kind = "depth";
     if (!(is >> hash >> threads >> limit)) return false;  // the default limit is 12
-    is >> source;
-    return within(hash, MaxHashMegabytes) && within(threads, 2) && within(limit, 2) &&
-           (source == "default" || source == "current");
+    is >> source >> kind;
+    const bool search = kind == "depth" || kind == "nodes";
+    return within(hash, MaxHashMegabytes) && within(threads, 2) && within(limit, MaxSearchDepth) &&
+           (source == "default" || source == "current") && (kind == "perft" || (search && searchAllowed()));
   }
   if (command == "setmem") {
     std::string size;
@@ -56,14 +63,23 @@ bool withinBudget(const std::string& line) {
     is >> value;
     if (lowerCase(name) == "hash") return within(value, MaxHashMegabytes);
     if (lowerCase(name) == "threads") return within(value, 2);
-    return true;
+    // The I/O log takes over standard input and output; the search log may name any file.
+    return lowerCase(name) != "use debug log" && lowerCase(name) != "search log filename";
   }
-  // The search lands later: then `go` and `g` pass with a depth of at most 2 plies and no time or
-  // node limit beside it (e.g. "go depth 1", "g" after "skill 1"), and the harness waits for the
-  // search to end before it checks the position.
-  if (command == "go" || command == "g") return false;
-  // Game files land later: the harness must not write into the working directory, nor read from
-  // whatever path an input names.
+  // A search only to a depth of a few plies: "go depth n", or "g" with at most its seconds when both
+  // skill levels are that small. The harness waits for the search to end before it checks.
+  if (command == "go") {
+    std::string word, depth, more;
+    return searchAllowed() && is >> word >> depth && word == "depth" && plainNumber(depth) >= 1 &&
+           within(depth, MaxSearchDepth) && !(is >> more);
+  }
+  if (command == "g") {
+    std::string seconds, more;
+    is >> seconds;
+    return searchAllowed() && !(is >> more) && defaultDepth >= 1 && defaultDepth <= MaxSearchDepth &&
+           blackDepth >= 1 && blackDepth <= MaxSearchDepth;
+  }
+  // Nor may an input write or read whatever path it names.
   if (command == "save" || command == "open") return false;
   return true;
 }
@@ -73,7 +89,7 @@ bool looksOnly(const std::string& command, const std::string& output) {
   static const std::set<std::string> Readers = {
       "",   "quit", "stop", "isready", "setoption", "perft",  "key",    "uci", "mt",  "cc",  "mtb",
       "rules", "game", "skill", "s",   "skillb",  "sb",       "msglevel", "qc", "qu", "ev", "nev",
-      "cap",  "leg",  "setmem", "?",   "bench",
+      "cap",  "leg",  "setmem", "?",   "bench", "go", "showmoves", "boardtypes",
   };
   return Readers.count(command) || output.rfind("Unknown command: ", 0) == 0;
 }
@@ -98,6 +114,7 @@ std::string fuzzCommandLines(const uint8_t* data, size_t size) {
     const Position lastPosition = pos;
     session.clearOutput();
     bool goOn = executeCommand(pos, line);
+    waitForThinkFinished();
 
     const std::string where = "after \"" + line.substr(0, 120) + "\": ";
     if (std::string report = internalReport(session.output());

@@ -2,13 +2,17 @@
 // reading the header bytes into rules and a game type.
 #include "fuzz_session.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <string>
 
 #include "core/bitboard.h"
 #include "core/messages.h"
 #include "core/options.h"
 #include "core/zobrist.h"
 #include "frontend/command_loop.h"
+#include "frontend/go_command.h"
 #include "frontend/memory_commands.h"
 #include "frontend/option_handlers.h"
 #include "frontend/settings.h"
@@ -17,6 +21,7 @@
 #include "game/piece_values.h"
 #include "game/rules.h"
 #include "search/engine_start.h"
+#include "search/thread.h"
 #include "search/transposition_table.h"
 
 namespace {
@@ -36,11 +41,26 @@ void prepareProcess() {
   ownProcess = true;
   initEngineTables();
   attachOptionHandlers();
+  threadPoolInit();
+  installSearchReporter();
 }
+
+}  // namespace
+
+const char* fuzzWorkFolder() {
+  static const std::string folder = [] {
+    char path[] = "/tmp/dorn_fuzz_XXXXXX";
+    return std::string(mkdtemp(path) ? path : "/tmp");
+  }();
+  return folder.c_str();
+}
+
+namespace {
 
 // Everything an earlier input may have changed that a later one reads.
 void resetProcessState() {
   if (secondTableReady) setComputerOnComputer(false, false);
+  waitForThinkFinished();
   makeCurrent(firstTable);
   if (ownProcess) Options["Hash"] = StartHashMegabytes;
 
@@ -57,6 +77,7 @@ void resetProcessState() {
   msgFlags = msgFlagsByLevel[0];
   redoCount = gameMoveCount = 0;
   hintMove = MoveNone;
+  goLimits = {};
   moveStackCount = 0;
   lastPositionError.clear();
   checkDornCount = checkLeaderCapture = false;
@@ -90,6 +111,7 @@ FuzzSession::FuzzSession(const uint8_t* data, size_t size)
     : oldOut_(std::cout.rdbuf(&keeper_)), oldErr_(std::cerr.rdbuf(&keeper_)) {
   prepareProcess();
   resetProcessState();
+  if (getcwd(oldFolder_, sizeof oldFolder_) && chdir(fuzzWorkFolder()) != 0) oldFolder_[0] = '\0';
   if (size < HeaderBytes) return;
   gameType_ = applyHeader(data[0], data[1]);
   text_ = std::string_view(reinterpret_cast<const char*>(data) + HeaderBytes, size - HeaderBytes);
@@ -98,6 +120,7 @@ FuzzSession::FuzzSession(const uint8_t* data, size_t size)
 
 FuzzSession::~FuzzSession() {
   resetProcessState();
+  if (oldFolder_[0] && chdir(oldFolder_) != 0) oldFolder_[0] = '\0';
   std::cout.rdbuf(oldOut_);
   std::cerr.rdbuf(oldErr_);
 }

@@ -42,8 +42,9 @@ constexpr size_t HeaderBytes = 2;
 
 class FuzzSession {
  public:
-  // Builds the tables on first use, puts the process state back to its start, applies the header
-  // and starts catching standard output and the error stream.
+  // Builds the tables on first use (and, in a fuzzer, the search threads), puts the process state
+  // back to its start, applies the header, starts catching standard output and the error stream,
+  // and works in a folder of its own, where commands write their files.
   FuzzSession(const uint8_t* data, size_t size);
   // Stops catching and leaves the rules, the game type and the front end's state at their defaults.
   ~FuzzSession();
@@ -66,6 +67,7 @@ class FuzzSession {
   OutputKeeper keeper_;
   std::streambuf* oldOut_;
   std::streambuf* oldErr_;
+  char oldFolder_[4096] = "";  // the working folder to go back to
 };
 
 // The first report of an internal inconsistency in the output (the dumps and complaints of make,
@@ -74,3 +76,6 @@ std::string internalReport(const std::string& output);
 
 // A fault of the game text's form ("fen <FEN> startpos moves ..."), or empty.
 std::string gameTextFault();
+
+// The folder of this process in which inputs run and commands write their files.
+const char* fuzzWorkFolder();

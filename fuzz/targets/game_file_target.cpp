@@ -1,7 +1,5 @@
 // A game file opened by the loop: whatever the file holds, the position stays sound and the game text
 // keeps its form; a game that was opened is saved and opened again to the same game and settings.
-#include <unistd.h>
-
 #include <algorithm>
 #include <cctype>
 #include <fstream>
@@ -16,15 +14,6 @@
 #include "position_invariants.h"
 
 namespace {
-
-// One folder per process for the files of every input.
-const std::string& workFolder() {
-  static const std::string folder = [] {
-    char path[] = "/tmp/dorn_fuzz_games_XXXXXX";
-    return std::string(mkdtemp(path) ? path : "/tmp");
-  }();
-  return folder;
-}
 
 // What the loop's state must satisfy after a command, or empty.
 std::string stateFault(const Position& pos, const std::string& output) {
@@ -53,7 +42,7 @@ std::string fuzzGameFile(const uint8_t* data, size_t size) {
 
   Position pos;
   if (!startCommandLoop(pos)) return "";
-  const std::string original = workFolder() + "/game", copy = workFolder() + "/copy";
+  const std::string original = std::string(fuzzWorkFolder()) + "/game", copy = std::string(fuzzWorkFolder()) + "/copy";
   std::ofstream(original, std::ios::binary) << session.text();
 
   session.clearOutput();
