@@ -19,11 +19,18 @@ constexpr Bitboard bit(Square s) { return Bitboard(1) << s; }
 
 bool isBlank(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
-// The piece of a FEN letter; NoPiece for blanks and letters that name no piece.
+// Letters of another game's FENs, read as piece codes by their place: P, B, R and Q give the
+// codes 1, 3, 4 and 5, p and b the White Dorn forms 9 and 11; r and q give 12 and 13, no piece at all.
+constexpr char ForeignLetters[] = " PNBRQK  pnbrqk";
+constexpr Piece FirstCodeOfNoType = 12;
+
+// The piece of a FEN letter, also of a foreign one; NoPiece for blanks and letters of neither table.
 Piece pieceOfLetter(char c) {
   if (c == ' ') return NoPiece;
   for (Piece p = 0; fenLetters[p]; ++p)
     if (fenLetters[p] == c) return p;
+  for (Piece p = 0; ForeignLetters[p]; ++p)
+    if (ForeignLetters[p] == c) return p;
   return NoPiece;
 }
 
@@ -306,7 +313,11 @@ bool Position::set(const std::string& fenText, EvalTables* thread) {
     }
     bool digit = c >= '0' && c <= '9';
     Piece p = digit ? NoPiece : pieceOfLetter(c);
-    if (!digit && p == NoPiece) continue;  // a letter that names no piece is passed over
+    if (!digit && p == NoPiece) continue;  // a letter of neither table is passed over
+    if (!digit && p >= FirstCodeOfNoType && p < 16) {
+      std::cout << "? illegal board configuration, letter '" << c << "' names no piece\n";
+      return false;
+    }
     if (sq > H8) {
       std::cout << "? illegal board configuration, encountered '" << c << "' at rank=" << rank << "\n";
       return false;

@@ -157,6 +157,9 @@ TEST_F(PositionTest, BoardErrorsPrintTheirMessages) {
     {"8/8/8/8/8/8/8/K7 w", "No black dorn on board\n"},
     {"kj6/8/8/8/8/8/8/KI6 w", "Two or more white dorns on board\n"},
     {"kj6/8/8/8/8/8/8/K7 w", "Two or more black dorns on board\n"},
+    // Another game's letters: p is a White Dorn, r no piece at all.
+    {"k7/8/8/8/8/8/8/Kp6 w", "Two or more white dorns on board\n"},
+    {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", "? illegal board configuration, letter 'r' names no piece\n"},
   };
   for (const Case& c : cases) EXPECT_EQ(load(c.fen, false), c.message) << c.fen;
 }
@@ -191,7 +194,7 @@ TEST_F(PositionTest, SiegeTailErrorsKeepWhatWasRead) {
 }
 
 TEST_F(PositionTest, OddBoardTextNeverBreaksTheReader) {
-  // A rank may stop short; letters that name no piece are passed over.
+  // A rank may stop short; letters of no table are passed over.
   load("wfwwa/wksma3/wn6/aa/6AA/6NW/3AMSKW/3AWWFW w");
   EXPECT_EQ(pos.fen(), MagicianStart + " w 0 1");
   load("wfwwxa3/wksma3/wn6/aa6/6AA/6NW/3AMSKW/3AWWFW\x01 w");
@@ -204,6 +207,9 @@ TEST_F(PositionTest, OddBoardTextNeverBreaksTheReader) {
   load(MagicianStart + " w 99999999999999999999 99999999999999999999");
   load(MagicianStart + " w -5 -3");
   EXPECT_EQ(pos.gamePly, 0);
+  // P, B, R and Q stand for the types of their place in another game's letters.
+  load("k7/8/8/8/8/8/8/KPBRQ3 w");
+  EXPECT_EQ(pos.fen(), "k7/8/8/8/8/8/8/KSNAM3 w 0 1");
 }
 
 TEST_F(PositionTest, CountersAndSideToMove) {
