@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string>
 
 struct Statistics {
   std::atomic<uint32_t> nodesSearched{0};  // "nodes searched:"
@@ -26,3 +27,24 @@ inline void bump(std::atomic<uint32_t>& counter) { counter.fetch_add(1, std::mem
 
 // Zeroes every counter; at the start of a search.
 void resetStatistics();
+
+// Counters for a developer's own measurements, reported on the error stream while a search runs.
+// Nothing in the program adds to them, so the report stays silent until someone does.
+struct DebugCounters {
+  std::atomic<uint64_t> total{0}, hits{0};  // how often a condition held
+  std::atomic<uint64_t> count{0}, sum{0};   // the mean of a value
+};
+
+extern DebugCounters debugCounters;
+
+inline void debugHit(bool condition) {
+  debugCounters.total.fetch_add(1, std::memory_order_relaxed);
+  if (condition) debugCounters.hits.fetch_add(1, std::memory_order_relaxed);
+}
+inline void debugMean(uint64_t value) {
+  debugCounters.count.fetch_add(1, std::memory_order_relaxed);
+  debugCounters.sum.fetch_add(value, std::memory_order_relaxed);
+}
+
+// The report of the counters that are not zero, a line each; empty when all are.
+std::string debugCounterReport();
