@@ -22,6 +22,7 @@
 #include "search/gain_table.h"
 #include "search/history.h"
 #include "search/search.h"
+#include "search/search_log.h"
 #include "search/thread.h"
 #include "search/time_manager.h"
 #include "search/transposition_table.h"
@@ -178,6 +179,8 @@ void idLoop(int& reportedScore, RootMove& bestLine) {
     }
 
     if (skill.enabled() && depth == skill.level + 1) pickWeakerMove(skill);
+
+    if (searchLogOn()) logIteration(pos, depth, value, elapsedMs(), RootMoves[0].pv.data());
 
     if (depth > 2 && bestMoveChanges) bestMoveNeverChanged = false;
 
@@ -344,6 +347,7 @@ void think() {
   } else {
     // The opening book and the set-up moves answer here, before any search, once they exist.
     setDrawValue(pos);
+    if (searchLogOn()) logSearchStart(pos, searchLimits);
 
     for (Thread* t : Threads.threads) t->maxPly = 0;
     Threads.sleepWhileIdle = Options["Use Sleeping Threads"].intValue() != 0;
@@ -361,6 +365,7 @@ void think() {
 
     Threads.timer->msec = 0;
     Threads.sleepWhileIdle = true;
+    if (searchLogOn()) logSearchEnd(pos, elapsedMs(), RootMoves[0].pv.data());
   }
 
   // A pondering or endless search never gives its move before it is told to.
