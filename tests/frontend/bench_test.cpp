@@ -59,6 +59,15 @@ TEST(BenchTest, AGameTypeNamedOnTheLineRulesItsPositionAndNoLonger) {
   EXPECT_EQ(counts[2], counts[0]);
 }
 
+TEST(BenchTest, ItsConsoleSearchesShowInfoLinesFromMessageLevelOne) {
+  std::string out = runDorn("bench 16 1 2 current depth\nmsglevel 1\nbench 16 1 2 current depth\n");
+  const size_t levelOne = out.find("ok, Message level set to 1\n");
+  ASSERT_NE(levelOne, std::string::npos);
+  EXPECT_EQ(out.find("info depth"), out.find("info depth", levelOne)) << out;
+  EXPECT_NE(out.find("info depth 2 "), std::string::npos) << out;
+  EXPECT_NE(out.substr(0, levelOne).find("\nbestmove "), std::string::npos);  // at every level
+}
+
 TEST(BenchTest, NodesLimitEndsEachSearch) {
   ScratchDir dir;
   dir.write("one.fen", PlainMiddleGame + "\n");

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "../support/dorn_session.h"
 #include "../support/run_dorn.h"
 #include "../support/scratch_dir.h"
 
@@ -24,14 +25,21 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 TEST(IoLogTest, RecordsCommandsAndAnswersWithOnePrefixPerLine) {
   ScratchDir dir;
-  runDorn(LogOn + "go depth 1\nisready\n");
+  {
+    DornSession engine;
+    engine.send(LogOn + "go depth 1");
+    ASSERT_FALSE(engine.waitFor("bestmove", 20000).empty());
+    engine.send("isready");
+    ASSERT_FALSE(engine.waitFor("readyok", 20000).empty());
+  }
   auto lines = linesOf(dir.read("io_log.txt"));
-  ASSERT_GE(lines.size(), 4u);
+  ASSERT_EQ(lines.size(), 6u);
   EXPECT_EQ(lines[0], ">> go depth 1");
   EXPECT_EQ(lines[1].rfind("<< info depth 1 ", 0), 0u) << lines[1];
   EXPECT_EQ(lines[2].rfind("<< bestmove ", 0), 0u) << lines[2];
   EXPECT_EQ(lines[3], ">> isready");
   EXPECT_EQ(lines[4], "<< readyok");
+  EXPECT_EQ(lines[5], ">> quit");
   for (const std::string& line : lines) {
     EXPECT_TRUE(line.rfind(">> ", 0) == 0 || line.rfind("<< ", 0) == 0) << line;
     EXPECT_EQ(line.find(">> ", 3), std::string::npos) << line;
