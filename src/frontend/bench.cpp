@@ -1,7 +1,9 @@
 // bench and perft: totals over a list of positions, printed on the error stream.
 #include "frontend/bench.h"
 
+#include <algorithm>
 #include <chrono>
+#include <climits>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -60,27 +62,19 @@ int64_t nowMs() {
   return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-// The game type a file line names in its first word, or -1 when it names none.
-int namedGameType(const std::string& line) {
-  std::istringstream words(line);
-  std::string first;
-  words >> first;
-  for (const GameType& g : gameTypeTable)
-    if (first == g.name) return g.number;
-  return -1;
-}
-
 // A line of a position file is a FEN, read under the game type in force, or a game type's name
 // and a FEN read under that type: a FEN does not say which game it belongs to, and a siege
 // position read under another type would lose its towers and captives.
 BenchPosition fromFileLine(const std::string& line) {
-  const int named = namedGameType(line);
-  if (named < 0) return {gameType, line};
   std::istringstream words(line);
-  std::string name, fen;
-  words >> name;
-  std::getline(words >> std::ws, fen);
-  return {named, fen};
+  std::string first, fen;
+  words >> first;
+  for (const GameType& g : gameTypeTable)
+    if (first == g.name) {
+      std::getline(words >> std::ws, fen);
+      return {g.number, fen};
+    }
+  return {gameType, line};
 }
 
 bool readPositions(const std::string& source, const Position& current, std::vector<BenchPosition>& list) {
@@ -105,7 +99,7 @@ bool readPositions(const std::string& source, const Position& current, std::vect
 // The limits of one bench search: all zero but the one its kind names.
 GoLimits benchLimits(const std::string& kind, int n) {
   GoLimits limits = {};
-  if (kind == "time") limits.movetime = 1000 * n;
+  if (kind == "time") limits.movetime = int32_t(std::min<int64_t>(1000LL * n, INT32_MAX));
   else if (kind == "nodes") limits.nodes = n;
   else if (kind == "mate") limits.mate = n;
   else limits.depth = n;
@@ -114,6 +108,7 @@ GoLimits benchLimits(const std::string& kind, int n) {
 
 // Searches `p` as a console search and returns the nodes of its root position.
 uint64_t benchSearch(const Position& p, const GoLimits& limits) {
+  if (!Threads.main()) return 0;  // a tool that runs the loop without the pool cannot search
   setPieceValues(p);
   searching = true;
   startThinking(p, limits, {}, std::make_unique<StateList>());
@@ -147,6 +142,11 @@ void benchCommand(Position& pos, std::istream& is) {
   Options["Threads"] = threads;
   currentTable->clear();
   const int n = plainNumber(limit);
+  // A zero limit means none: the search would never end, and perft has no sound end below one ply.
+  if (n < 1) {
+    std::cerr << "Bench limit must be a whole number of at least 1, not '" << limit << "'\n";
+    return;
+  }
   const GoLimits limits = benchLimits(kind, n);
 
   std::vector<BenchPosition> list;

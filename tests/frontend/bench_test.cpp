@@ -78,13 +78,13 @@ TEST(BenchTest, NodesLimitEndsEachSearch) {
   EXPECT_GE(totals[0], 20000);
 }
 
-TEST(BenchTest, FilesItCannotUseAreReportedAndPlayGoesOn) {
+TEST(BenchTest, BadFilesAndLimitsAreReportedAndPlayGoesOn) {
   ScratchDir dir;
   std::filesystem::create_directory(dir.path / "folder");
   // Blank lines are not positions; a position without leaders is refused and skipped.
   dir.write("mixed.fen", "\n" + PlainMiddleGame + "\n   \n8/8/8/8/8/8/8/8 w 0 1\n\n");
   std::string out = runDorn("bench 16 1 1 missing.fen depth\nbench 16 1 1 folder depth\n"
-                            "bench 16 1 1 mixed.fen perft\nisready\n", "", true);
+                            "bench 16 1 1 mixed.fen perft\nbench 16 1 0 current depth\nisready\n", "", true);
   EXPECT_NE(out.find("Unable to open file missing.fen\n"), std::string::npos) << out;
   EXPECT_NE(out.find("Unable to open file folder\n"), std::string::npos) << out;
   EXPECT_NE(out.find("\nPosition: 1/2\n"), std::string::npos) << out;
@@ -92,6 +92,8 @@ TEST(BenchTest, FilesItCannotUseAreReportedAndPlayGoesOn) {
   EXPECT_EQ(out.find("Position: 3/"), std::string::npos) << out;
   EXPECT_EQ(numbersAfter(out, "leaf nodes: ").size(), 1u);
   EXPECT_EQ(numbersAfter(out, "Nodes searched  : ").size(), 1u);
+  // A zero limit would be no limit at all.
+  EXPECT_NE(out.find("Bench limit must be a whole number of at least 1, not '0'\n"), std::string::npos);
   EXPECT_NE(out.find("readyok"), std::string::npos);
 }
 
