@@ -1,7 +1,10 @@
 // The process-wide statistics record.
 #include "core/statistics.h"
 
+#include <sstream>
+
 Statistics stats;
+DebugCounters debugCounters;
 
 void resetStatistics() {
   for (std::atomic<uint32_t>* c :
@@ -31,4 +34,15 @@ std::string statisticsText() {
     if (f.blankBehind) text += ' ';
   }
   return text;
+}
+
+std::string debugCounterReport() {
+  const uint64_t total = debugCounters.total.load(std::memory_order_relaxed);
+  const uint64_t hits = debugCounters.hits.load(std::memory_order_relaxed);
+  const uint64_t count = debugCounters.count.load(std::memory_order_relaxed);
+  const uint64_t sum = debugCounters.sum.load(std::memory_order_relaxed);
+  std::ostringstream out;
+  if (total) out << "Total " << total << " Hits " << hits << " hit rate (%) " << 100 * hits / total << "\n";
+  if (count) out << "Total " << count << " Mean " << double(sum) / double(count) << "\n";
+  return out.str();
 }

@@ -30,3 +30,24 @@ void resetStatistics();
 // The counters on one line, as a console search shows them after its move, with no newline:
 // "nodes searched:12  evaluated:34  PLT:..."; the next output goes on the same line.
 std::string statisticsText();
+
+// Counters for a developer's own measurements, reported on the error stream while a search runs.
+// Nothing in the program adds to them, so the report stays silent until someone does.
+struct DebugCounters {
+  std::atomic<uint64_t> total{0}, hits{0};  // how often a condition held
+  std::atomic<uint64_t> count{0}, sum{0};   // the mean of a value
+};
+
+extern DebugCounters debugCounters;
+
+inline void debugHit(bool condition) {
+  debugCounters.total.fetch_add(1, std::memory_order_relaxed);
+  if (condition) debugCounters.hits.fetch_add(1, std::memory_order_relaxed);
+}
+inline void debugMean(uint64_t value) {
+  debugCounters.count.fetch_add(1, std::memory_order_relaxed);
+  debugCounters.sum.fetch_add(value, std::memory_order_relaxed);
+}
+
+// The report of the counters that are not zero, a line each; empty when all are.
+std::string debugCounterReport();

@@ -1,17 +1,28 @@
 // bench and perft: totals over a list of positions, printed on the error stream.
 #include "frontend/bench.h"
 
+#include <algorithm>
 #include <chrono>
+#include <climits>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "core/options.h"
+#include "frontend/command_loop.h"
 #include "frontend/position_intake.h"
+#include "frontend/settings.h"
 #include "frontend/setup_commands.h"
+#include "game/piece_values.h"
 #include "game/position.h"
+#include "game/rules.h"
 #include "movegen/movegen.h"
+#include "search/root_search.h"
+#include "search/thread.h"
+#include "search/transposition_table.h"
 
 namespace {
 
@@ -35,30 +46,74 @@ const char* const DefaultPositions[] = {
   "3q2k1/pb3p1p/4pbp1/2r5/PpN2N2/1P2P2P/5PP1/Q2R2K1 b - - 4 26",
 };
 
-// Option values until the option table exists: its defaults.
+// The arguments a bench without them runs with.
 const char* const DefaultHash = "32";
 const char* const DefaultThreads = "1";
+const char* const DefaultLimit = "12";
+
+// One position to run: its FEN and the game type it is read and played under.
+struct BenchPosition {
+  int gameType;
+  std::string fen;
+};
 
 int64_t nowMs() {
   using namespace std::chrono;
   return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-bool readPositions(const std::string& source, const Position& current, std::vector<std::string>& fens) {
+// A line of a position file is a FEN, read under the game type in force, or a game type's name
+// and a FEN read under that type: a FEN does not say which game it belongs to, and a siege
+// position read under another type would lose its towers and captives.
+BenchPosition fromFileLine(const std::string& line) {
+  std::istringstream words(line);
+  std::string first, fen;
+  words >> first;
+  for (const GameType& g : gameTypeTable)
+    if (first == g.name) {
+      std::getline(words >> std::ws, fen);
+      return {g.number, fen};
+    }
+  return {gameType, line};
+}
+
+bool readPositions(const std::string& source, const Position& current, std::vector<BenchPosition>& list) {
   if (source == "default") {
-    fens.assign(std::begin(DefaultPositions), std::end(DefaultPositions));
+    for (const char* fen : DefaultPositions) list.push_back({gameType, fen});
   } else if (source == "current") {
-    fens.push_back(current.fen());
+    list.push_back({gameType, current.fen()});
   } else {
     std::ifstream file(source);
-    if (!file) {
+    std::error_code notAFile;
+    // A directory opens on this system, and reads as empty.
+    if (!file || std::filesystem::is_directory(source, notAFile)) {
       std::cerr << "Unable to open file " << source << "\n";
       return false;
     }
     for (std::string line; std::getline(file, line);)
-      if (!line.empty()) fens.push_back(line);
+      if (line.find_first_not_of(" \t\r") != std::string::npos) list.push_back(fromFileLine(line));
   }
   return true;
+}
+
+// The limits of one bench search: all zero but the one its kind names.
+GoLimits benchLimits(const std::string& kind, int n) {
+  GoLimits limits = {};
+  if (kind == "time") limits.movetime = int32_t(std::min<int64_t>(1000LL * n, INT32_MAX));
+  else if (kind == "nodes") limits.nodes = n;
+  else if (kind == "mate") limits.mate = n;
+  else limits.depth = n;
+  return limits;
+}
+
+// Searches `p` as a console search and returns the nodes of its root position.
+uint64_t benchSearch(const Position& p, const GoLimits& limits) {
+  if (!Threads.main()) return 0;  // a tool that runs the loop without the pool cannot search
+  setPieceValues(p);
+  searching = true;
+  startThinking(p, limits, {}, std::make_unique<StateList>());
+  waitForThinkFinished();
+  return rootPosition.nodes;
 }
 
 }  // namespace
@@ -80,38 +135,62 @@ uint64_t perft(Position& pos, int depth) {
 }
 
 void benchCommand(Position& pos, std::istream& is) {
-  std::string hash = DefaultHash, threads = DefaultThreads, limit = "12", source = "default", kind = "depth";
+  std::string hash = DefaultHash, threads = DefaultThreads, limit = DefaultLimit, source = "default", kind = "depth";
   is >> hash >> threads >> limit >> source >> kind;
-  int n = plainNumber(limit);
-
-  std::vector<std::string> fens;
-  if (!readPositions(source, pos, fens)) return;
-  if (kind != "perft") {
-    std::cerr << "bench: only perft runs in this build: there is no search yet\n";
+  // By the option table's rules: a value out of range leaves the option as it was.
+  Options["Hash"] = hash;
+  Options["Threads"] = threads;
+  currentTable->clear();
+  const int n = plainNumber(limit);
+  // A zero limit means none: the search would never end, and perft has no sound end below one ply.
+  if (n < 1) {
+    std::cerr << "Bench limit must be a whole number of at least 1, not '" << limit << "'\n";
     return;
   }
+  const GoLimits limits = benchLimits(kind, n);
 
-  int64_t start = nowMs();
+  std::vector<BenchPosition> list;
+  if (!readPositions(source, pos, list)) return;
+
+  // Positions of other game types change the game type for their own run only.
+  const int gameTypeInForce = gameType;
+  const SiegeGeometry geometryInForce = currentSiegeGeometry();
+  const int64_t start = nowMs();
   uint64_t total = 0;
-  for (size_t i = 0; i < fens.size(); ++i) {
+  for (size_t i = 0; i < list.size(); ++i) {
+    gameType = list[i].gameType;
+    setSiegeModes(gameType);
     Position p;
-    p.thisThread = pos.thisThread;
-    bool ok = takePosition(p, fens[i]) == Intake::Taken;
-    std::cerr << "\nPosition: " << i + 1 << "/" << fens.size() << "\n";
-    if (!ok) continue;
-    uint64_t c = perft(p, 2 * n);
-    std::cerr << "\nPerft " << n << " leaf nodes: " << c << "\n";
-    total += c;
+    p.thisThread = Threads.main() ? static_cast<EvalTables*>(Threads.main()) : pos.thisThread;
+    const bool taken = takePosition(p, list[i].fen) == Intake::Taken;
+    std::cerr << "\nPosition: " << i + 1 << "/" << list.size() << "\n";
+    if (!taken) {
+      std::cerr << "Position " << i + 1 << "/" << list.size() << " refused by the reader, skipped\n";
+      continue;
+    }
+    if (kind == "perft") {
+      uint64_t c = perft(p, 2 * n);
+      std::cerr << "\nPerft " << n << " leaf nodes: " << c << "\n";
+      total += c;
+    } else {
+      total += benchSearch(p, limits);
+    }
   }
-  int64_t elapsed = nowMs() - start + 1;
+  const int64_t elapsed = nowMs() - start + 1;
+  gameType = gameTypeInForce;
+  setSiegeModes(gameType);
+  restoreSiegeGeometry(geometryInForce);
+  setPieceValues(pos);
+
   std::cerr << "\n===========================" << "\nTotal time (ms) : " << elapsed
-            << "\nNodes searched  : " << total << "\nNodes/second    : " << 1000 * total / elapsed << "\n";
+            << "\nNodes searched  : " << total << "\nNodes/second    : " << 1000 * total / elapsed << std::endl;
 }
 
 bool perftCommand(Position& pos, std::istream& is) {
   std::string depth;
   if (!(is >> depth)) return false;
-  std::istringstream args(std::string(DefaultHash) + " " + DefaultThreads + " " + depth + " current perft");
+  // The options are given their own values, so that they stay as they are.
+  std::istringstream args(Options["Hash"].text() + " " + Options["Threads"].text() + " " + depth + " current perft");
   benchCommand(pos, args);
   return true;
 }

@@ -3,6 +3,7 @@
 
 #include "core/options.h"
 #include "eval/evaluate.h"
+#include "frontend/io_log.h"
 #include "search/thread.h"
 #include "search/transposition_table.h"
 
@@ -17,7 +18,5 @@ void attachOptionHandlers() {
     Options[setting].setOnChange([](const Option&) {
       if (Threads.size() && !searching) readThreadOptions();
     });
-
-  // Still to come, each with the subsystem it drives:
-  //   "Use Debug Log"                         starts or stops the I/O log
+  Options["Use Debug Log"].setOnChange([](const Option& o) { logStart(o.intValue() != 0); });
 }

@@ -23,6 +23,7 @@
 #include "search/history.h"
 #include "search/opening_choice.h"
 #include "search/search.h"
+#include "search/search_log.h"
 #include "search/thread.h"
 #include "search/time_manager.h"
 #include "search/transposition_table.h"
@@ -176,6 +177,8 @@ void idLoop(int& reportedScore, RootMove& bestLine) {
     }
 
     if (skill.enabled() && depth == skill.level + 1) pickWeakerMove(skill);
+
+    if (searchLogOn()) logIteration(pos, depth, value, elapsedMs(), RootMoves[0].pv.data());
 
     if (depth > 2 && bestMoveChanges) bestMoveNeverChanged = false;
 
@@ -343,6 +346,7 @@ void think() {
     // The opening book or a set-up move answered: nothing to search.
   } else {
     setDrawValue(pos);
+    if (searchLogOn()) logSearchStart(pos, searchLimits);
 
     for (Thread* t : Threads.threads) t->maxPly = 0;
     Threads.sleepWhileIdle = Options["Use Sleeping Threads"].intValue() != 0;
@@ -360,6 +364,7 @@ void think() {
 
     Threads.timer->msec = 0;
     Threads.sleepWhileIdle = true;
+    if (searchLogOn()) logSearchEnd(pos, elapsedMs(), RootMoves[0].pv.data());
   }
 
   // A pondering or endless search never gives its move before it is told to.

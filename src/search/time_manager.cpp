@@ -2,9 +2,13 @@
 #include "search/time_manager.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <iostream>
+#include <string>
 
 #include "core/options.h"
+#include "core/statistics.h"
 #include "search/root_search.h"
 #include "search/thread.h"
 
@@ -112,9 +116,20 @@ uint64_t nodesSearched() {
   return sum;
 }
 
+// Once a second the developer's counters, when any of them counts; only the timer thread comes here.
+void reportDebugCounters() {
+  static auto lastReport = std::chrono::steady_clock::now();
+  const auto now = std::chrono::steady_clock::now();
+  if (now - lastReport < std::chrono::seconds(1)) return;
+  lastReport = now;
+  const std::string report = debugCounterReport();
+  if (!report.empty()) std::cerr << report << std::flush;
+}
+
 }  // namespace
 
 void checkTime() {
+  reportDebugCounters();
   const GoLimits& limits = searchLimits;
   if (pondering()) return;
 
