@@ -12,6 +12,7 @@
 #include "../support/dorn_session.h"
 #include "../support/position_fixture.h"
 #include "../support/run_dorn.h"
+#include "../support/scratch_dir.h"
 #include "../support/start_picture.h"
 #include "frontend/console_play.h"
 
@@ -20,30 +21,13 @@ namespace {
 // Every move writes backup.txt into the working directory: each test runs in a folder of its own.
 class ConsolePlay : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char path[] = "/tmp/dorn_console_XXXXXX";
-    ASSERT_NE(mkdtemp(path), nullptr);
-    dir = path;
-    home = std::filesystem::current_path();
-    std::filesystem::current_path(dir);
-  }
-  void TearDown() override {
-    std::filesystem::current_path(home);
-    std::filesystem::remove_all(dir);
-  }
-
-  static std::string backup() {
-    std::ifstream in("backup.txt");
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
+  static std::string backup() { return ScratchDir::readHere("backup.txt"); }
   static bool backupEndsWith(const std::string& moves) {
     const std::string text = backup(), tail = "startpos moves " + moves + "\n";
     return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
   }
 
-  std::filesystem::path dir, home;
+  ScratchDir scratch;
 };
 
 const std::string Opening = "Dorn 0.25 64bit by Alda Reve\n" + DefaultStartPicture + "\nType ? for help\n";

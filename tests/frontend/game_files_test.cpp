@@ -1,13 +1,10 @@
 // Game files: save and open through the program, the options section, and ucinewgame's game options.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "../support/run_dorn.h"
+#include "../support/scratch_dir.h"
 #include "frontend/game_options.h"
 
 namespace {
@@ -17,23 +14,12 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 // A folder of its own for the files a test writes.
 class GameFiles : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char path[] = "/tmp/dorn_games_XXXXXX";
-    ASSERT_NE(mkdtemp(path), nullptr);
-    dir = path;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir); }
+  std::string file(const std::string& name) const { return (scratch.path / name).string(); }
+  std::string read(const std::string& name) const { return scratch.read(name); }
+  void write(const std::string& name, const std::string& text) const { scratch.write(name, text); }
 
-  std::string file(const std::string& name) const { return dir + "/" + name; }
-  std::string read(const std::string& name) const {
-    std::ifstream in(file(name));
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
-  void write(const std::string& name, const std::string& text) const { std::ofstream(file(name)) << text; }
-
-  std::string dir;
+  ScratchDir scratch;
+  const std::string dir = scratch.path.string();
 };
 
 const char* const MagicianStart = "wfwwa3/wksma3/wn6/aa6/6AA/6NW/3AMSKW/3AWWFW w 0 1";

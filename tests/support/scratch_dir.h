@@ -26,8 +26,10 @@ class ScratchDir {
   ScratchDir& operator=(const ScratchDir&) = delete;
 
   void write(const std::string& file, const std::string& text) const { std::ofstream(path / file) << text; }
-  std::string read(const std::string& file) const {
-    std::ifstream in(path / file);
+  std::string read(const std::string& file) const { return readHere((path / file).string()); }
+  // The whole text of a file; empty when it cannot be read.
+  static std::string readHere(const std::string& file) {
+    std::ifstream in(file);
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
