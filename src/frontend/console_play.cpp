@@ -2,6 +2,8 @@
 #include "frontend/console_play.h"
 
 #include <algorithm>
+#include <climits>
+#include <cmath>
 #include <iostream>
 
 #include "core/plain_number.h"
@@ -124,7 +126,8 @@ void computerMoveCommand(Position& pos, std::istream& is) {
   }
 
   const double seconds = us == BLACK && blackMoveTime != 0 ? blackMoveTime : defaultMoveTime;
-  int timeMs = int(1000 * seconds);
+  // A game file may hold any time at all; it must still fit the limit's field.
+  int timeMs = std::isnan(seconds) ? 0 : int(std::clamp(1000 * seconds, double(INT_MIN), double(INT_MAX)));
   std::string word;
   if (is >> word) {
     const int n = plainNumber(word);  // "2.5" reads as 2
