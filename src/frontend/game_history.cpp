@@ -1,6 +1,7 @@
 // The game is one text: going back takes moves off its end onto the redo stack, going forward puts them back.
 #include "frontend/game_history.h"
 
+#include <algorithm>
 #include <cctype>
 #include <iostream>
 
@@ -77,7 +78,7 @@ void startCommand(Position& pos, std::istream& is) {
   while (!stripLastMove(searchFen, true).empty()) {
   }
   replayKeepingLength(pos, true);
-  redoCount = gameMoveCount;
+  redoCount = std::min(gameMoveCount, MaxGameMoves);  // the stack holds no more, however long the game
 
   std::string word;
   if (is >> word) {
