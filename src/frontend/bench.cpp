@@ -111,7 +111,8 @@ uint64_t benchSearch(const Position& p, const GoLimits& limits) {
   if (!Threads.main()) return 0;  // a tool that runs the loop without the pool cannot search
   setPieceValues(p);
   searching = true;
-  startThinking(p, limits, {}, std::make_unique<StateList>());
+  // A fresh position needs no chain of its own; the last one stays alive for the loop's position.
+  startThinking(p, limits, {}, nullptr);
   waitForThinkFinished();
   return rootPosition.nodes;
 }

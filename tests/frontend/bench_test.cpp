@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "../support/dorn_session.h"
 #include "../support/run_dorn.h"
 #include "../support/scratch_dir.h"
 
@@ -59,6 +60,18 @@ TEST(BenchTest, NodesLimitEndsTheSearch) {
   auto totals = numbersAfter(runDorn("", "bench 16 1 20000 one.fen nodes", true), "Nodes searched  : ");
   ASSERT_EQ(totals.size(), 1u);
   EXPECT_GE(totals[0], 20000);
+}
+
+TEST(BenchTest, TheLoopsPositionOutlivesTheSearchesOfABench) {
+  // The moves of the last `position` stay the loop's after bench has started searches of its own.
+  ScratchDir dir;
+  DornSession engine;
+  engine.send("setoption name OwnBook value false\nposition startpos moves f2e3\ngo depth 2");
+  ASSERT_FALSE(engine.waitFor("bestmove", 20000).empty());
+  engine.send("bench 16 1 1 current depth");
+  ASSERT_FALSE(engine.waitFor("bestmove", 20000).empty());
+  engine.send("leg");
+  EXPECT_FALSE(engine.waitFor("legal moves: ..", 20000).empty());
 }
 
 TEST(BenchTest, BadFilesAndLimitsAreReportedAndPlayGoesOn) {
