@@ -121,6 +121,8 @@ bool replayGame(Position& pos, const std::string& text, bool echo, Intake* outco
   return applied;
 }
 
+void printBoard(const Position& pos) { std::cout << pos.pretty(MoveNone, true, false) << "\n"; }
+
 void showBoard(Position& pos) {
   std::string game;
   {
@@ -188,7 +190,7 @@ void perftOrUnknown(LoopContext& ctx) {
 void flipBoardCommand(LoopContext& ctx) {
   replayGame(ctx.pos, searchFen, true);
   ctx.pos.flip();
-  std::cout << ctx.pos.pretty(MoveNone, true, false) << "\n";
+  printBoard(ctx.pos);
 }
 
 // The dispatch table, tested in this order. The first part runs at all times, also beside a search.

@@ -47,3 +47,5 @@ bool setGameText(const std::string& fen);
 void ensureMovesMarker(std::string& text);
 // Replays the game text and prints the board with its legal-move line.
 void showBoard(Position& pos);
+// Prints the board picture of pos as it stands, and a newline.
+void printBoard(const Position& pos);

@@ -99,7 +99,7 @@ void moveCommand(Position& pos, std::istream& is) {
   const bool won = captiveOnGoal(pos, goalOwner);
   std::string drawReason;
   const bool drawn = !leaderLost(pos) && isDrawPV(pos, &drawReason);
-  std::cout << pos.pretty(MoveNone, true, false) << "\n";
+  printBoard(pos);
   const int replies = legalMoveCount(pos);
   pos.undo_move(m);
 
@@ -109,8 +109,7 @@ void moveCommand(Position& pos, std::istream& is) {
   else if (replies == 0 || won) std::cout << "\nGame is over, " << colorNames[mover] << " wins...\n";
   else std::cout << "ok, moved " << word << "\n";
 
-  redoCount = 0;
-  hintMove = MoveNone;
+  forgetFuture();
   saveGame(BackupFileName, searchFen, false);
   replayGame(pos, searchFen, false);
 }

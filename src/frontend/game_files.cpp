@@ -62,11 +62,6 @@ bool readGameFile(const std::string& name, std::string& text) {
   return true;
 }
 
-void forgetFuture() {
-  redoCount = 0;
-  hintMove = MoveNone;
-}
-
 }  // namespace
 
 bool saveGame(const std::string& fileName, const std::string& gameText, bool announce) {
@@ -132,6 +127,6 @@ void openCommand(Position& pos, std::istream& is) {
     setGameText(startFen);
     replayGame(pos, searchFen, false);
   }
-  std::cout << pos.pretty(MoveNone, true, false) << "\n";
+  printBoard(pos);
   forgetFuture();
 }

@@ -26,8 +26,6 @@ std::string stripLastMove(std::string& text, bool record) {
 
 namespace {
 
-void printBoard(const Position& pos) { std::cout << pos.pretty(MoveNone, true, false) << "\n"; }
-
 // A replay rewrites the move count; going back and forth keeps the length of the whole game.
 void replayKeepingLength(Position& pos, bool echo) {
   const int wholeGame = gameMoveCount;

@@ -21,3 +21,8 @@ int gameMoveCount = 0;
 Move hintMove = MoveNone;
 
 GoLimits goLimits = {};
+
+void forgetFuture() {
+  redoCount = 0;
+  hintMove = MoveNone;
+}

@@ -32,3 +32,6 @@ extern int gameMoveCount;
 
 extern Move hintMove;
 extern GoLimits goLimits;
+
+// A new game, position or text: no move to redo and no hint.
+void forgetFuture();

@@ -16,13 +16,6 @@ namespace {
 
 const char* onOff(int flag) { return flag ? "ON" : "OFF"; }
 
-void printBoard(const Position& pos) { std::cout << pos.pretty(MoveNone, true, false) << "\n"; }
-
-void forgetFuture() {
-  redoCount = 0;
-  hintMove = MoveNone;
-}
-
 // A rule word and the flag it sets to a value.
 struct RuleWord {
   const char* word;
