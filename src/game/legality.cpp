@@ -301,6 +301,11 @@ bool Position::gives_check(Move m, const CheckInfo& ci) const {
     return attackedAfter(them, m, next);
   }
 
+  // A hand-over moves only the captive, which changes no piece's reach; do_move looks for no
+  // checker after one either. The search picks its quiescence form by this answer, so it must not
+  // claim a check that is not there.
+  if (isSiege1Exchange(*this, m)) return false;
+
   bool onTower = onStandingTower(to);
 
   // 2. Direct check; a range-3 line that the mover itself blocked is found on demand.
@@ -323,8 +328,9 @@ bool Position::gives_check(Move m, const CheckInfo& ci) const {
         if (!aligned(popLowest(walkers), from, k)) return true;
     }
     if (!aligned(from, to, k)) return true;
-    // A Magician2 can jump out of the way in any direction.
-    if (pt == Magician2 && firstAttackers(k, pieces() & ~bit(from) & ~bit(to), us, false)) return true;
+    // A Magician2 can jump out of the way in any direction, but where it lands it blocks again:
+    // the occupancy is the one after the move.
+    if (pt == Magician2 && firstAttackers(k, (pieces() & ~bit(from)) | bit(to), us, false)) return true;
   }
 
   // 4. A drop-off that releases our own Dorn on `from`. The new Dorn attacks by its near reach as
