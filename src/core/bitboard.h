@@ -7,7 +7,17 @@
 #include "core/types.h"
 
 // ---------------------------------------------------------------- set primitives
-inline int popcount(Bitboard b) { return std::popcount(b); }
+inline int popcount(Bitboard b) {
+#if defined(__POPCNT__)
+  return std::popcount(b);
+#else
+  // Without the instruction the compiler calls a library routine, dearer than this arithmetic.
+  b -= (b >> 1) & 0x5555555555555555ULL;
+  b = (b & 0x3333333333333333ULL) + ((b >> 2) & 0x3333333333333333ULL);
+  b = (b + (b >> 4)) & 0x0F0F0F0F0F0F0F0FULL;
+  return int((b * 0x0101010101010101ULL) >> 56);
+#endif
+}
 // For sets known to hold at most 15 bits, such as tower sets.
 inline int popcount15(Bitboard b) {
   b -= (b >> 1) & 0x5555555555555555ULL;
