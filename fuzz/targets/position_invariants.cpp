@@ -68,14 +68,14 @@ std::string geometryFault(const Position& pos) {
   return "";
 }
 
+}  // namespace
+
 Bitboard expectedCheckers(const Position& pos) {
   Color us = pos.side();
   Square k = pos.leaderSquare(us);
   if (pos.severalLeaders(us) || k == NoSquare) return 0;
   return pos.checkableBy(us) & pos.attackersTo(k, pos.pieces(), pos.pieces(~us), ~us);
 }
-
-}  // namespace
 
 std::string positionFault(const Position& pos, Vouch vouch) {
   if (std::string fault = boardFault(pos); !fault.empty()) return fault;

@@ -1,4 +1,4 @@
-// What must hold of every position a reader hands on: the board's bookkeeping, the running values
+// What must hold of every position a reader or a move hands on: the board's bookkeeping, the running values
 // against their from-scratch values, and a snapshot that unmaking must give back whole.
 #pragma once
 
@@ -21,6 +21,9 @@ enum class Vouch {
 
 // The first thing that does not hold, or empty.
 std::string positionFault(const Position& pos, Vouch vouch);
+
+// The checkers of the side to move, found from nothing: the attackers of its sole leader.
+Bitboard expectedCheckers(const Position& pos);
 
 // A colour with two or more Bondsmen, which no game has: the rules' leader bookkeeping (`nextLeader`)
 // answers for one or two Bondsmen and looks past a Dorn beside them, so there a move may lose a

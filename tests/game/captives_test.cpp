@@ -31,10 +31,10 @@ class CaptivesTest : public ::testing::Test {
 
   // Makes m, runs the checks of the made move, then unmakes it and expects the position back.
   void makeAndUndo(Move m, const std::function<void(const StateInfo&)>& whileMade) {
-    const Restorable before = restorable(pos);
+    const PositionSnapshot before = snapshotOf(pos);
     const Key key = pos.key();
     make(m);
-    EXPECT_EQ(boardFault(pos), "");
+    EXPECT_EQ(positionFault(pos, Vouch::Board), "");
     EXPECT_EQ(pos.materialKey(), pos.computeMaterialKey());
     EXPECT_EQ(pos.state()->npMaterial[WHITE], pos.computeNpMaterial(WHITE));
     EXPECT_EQ(pos.state()->npMaterial[BLACK], pos.computeNpMaterial(BLACK));
@@ -43,7 +43,7 @@ class CaptivesTest : public ::testing::Test {
     lastKeyChange = pos.key() ^ key ^ sideKey;
     pos.undo_move(m);
     --ply;
-    EXPECT_TRUE(restorable(pos) == before);
+    EXPECT_EQ(snapshotDifference(before, snapshotOf(pos)), "");
   }
 
   Key lastKeyChange = 0;  // of the last move through makeAndUndo, side key left out

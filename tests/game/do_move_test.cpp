@@ -60,7 +60,8 @@ Score expectedPsqDrift(const Position& pos, Move m) {
 // position against what it was. Returns false on a failure. After an illegal move, which leaves
 // the own leader open, the enemy's checkers do not count: no search ever sees that position.
 bool makeUnmake(Position& pos, Move m, bool legal, int events[], const char* rules) {
-  const Restorable before = restorable(pos);
+  const PositionSnapshot before = snapshotOf(pos);
+  const int stackCount = moveStackCount;
   const bool onTower = pos.onStandingTower(moveTo(m));
   const Score drift = pos.state()->psqScore - pos.computePsqScore() + expectedPsqDrift(pos, m);
   const int gamePly = pos.gamePly;
@@ -85,7 +86,8 @@ bool makeUnmake(Position& pos, Move m, bool legal, int events[], const char* rul
     if (!good) ADD_FAILURE() << what << " after " << rules << ": move " << m << " of " << st.previous;
     ok = ok && good;
   };
-  check(boardFault(pos).empty(), boardFault(pos).c_str());
+  const std::string fault = positionFault(pos, Vouch::Board);
+  check(fault.empty(), fault.c_str());
   check(st.materialKey == pos.computeMaterialKey(), "materialKey");
   check(st.npMaterial[WHITE] == pos.computeNpMaterial(WHITE) && st.npMaterial[BLACK] == pos.computeNpMaterial(BLACK),
         "npMaterial");
@@ -94,10 +96,11 @@ bool makeUnmake(Position& pos, Move m, bool legal, int events[], const char* rul
   check(!legal || st.checkers == expectedCheckers(pos), "checkers");
   check(pos.gamePly == gamePly, "gamePly");
   pos.undo_move(m);
-  Restorable after = restorable(pos);
-  EXPECT_TRUE(after == before) << "not restored by undo, rules " << rules;
-  if (!ok || after != before) ADD_FAILURE() << "in " << pos.fen() << " with " << pos.printMoveShort(m);
-  return ok && after == before;
+  const std::string lost = snapshotDifference(before, snapshotOf(pos));
+  EXPECT_EQ(lost, "") << "not restored by undo, rules " << rules;
+  EXPECT_EQ(moveStackCount, stackCount) << "move stack, rules " << rules;
+  if (!ok || !lost.empty()) ADD_FAILURE() << "in " << pos.fen() << " with " << pos.printMoveShort(m);
+  return ok && lost.empty();
 }
 
 // Moves that touch what the siege and type rules are about: the random games prefer them.
@@ -114,7 +117,7 @@ void playRandomGames(int gameType, const RuleSet& rules, int games, int maxPlies
   for (int g = 0; g < games; ++g) {
     Position pos;
     setUp(pos, gameType, gameTypeTable[gameType].startFen);
-    const Restorable start = restorable(pos);
+    const PositionSnapshot start = snapshotOf(pos);
     std::vector<StateInfo> states(maxPlies);
     std::vector<Move> played;
     for (int ply = 0; ply < maxPlies; ++ply) {
@@ -136,7 +139,7 @@ void playRandomGames(int gameType, const RuleSet& rules, int games, int maxPlies
       moveStackCount = 0;  // as each search starts it: the list stops growing at 199 moves
     }
     for (; !played.empty(); played.pop_back()) pos.undo_move(played.back());
-    EXPECT_TRUE(restorable(pos) == start) << "not restored: " << gameTypeTable[gameType].name << ", " << rules.name;
+    EXPECT_EQ(snapshotDifference(start, snapshotOf(pos)), "") << "not restored: " << gameTypeTable[gameType].name << ", " << rules.name;
   }
 }
 
@@ -197,7 +200,7 @@ TEST_F(DoMoveTest, LeaderCaptureReportReadsNoInput) {
   // Only a position that no game reaches lets a move take the sole leader; the report must not eat
   // the next command.
   setUp(pos, 0, "8/8/8/8/8/8/8/Kk6 w 0 1");
-  const Restorable before = restorable(pos);
+  const PositionSnapshot before = snapshotOf(pos);
   std::istringstream input("isready\n");
   std::streambuf* keyboard = std::cin.rdbuf(input.rdbuf());
   std::string report;
@@ -213,7 +216,7 @@ TEST_F(DoMoveTest, LeaderCaptureReportReadsNoInput) {
   EXPECT_NE(report.find("Capture of Dorn, type=9\n"), std::string::npos) << report;
   EXPECT_NE(report.find("captures: a1b1 "), std::string::npos) << report;
   pos.undo_move(makeMove(A1, B1));
-  EXPECT_TRUE(restorable(pos) == before);
+  EXPECT_EQ(snapshotDifference(before, snapshotOf(pos)), "");
 }
 
 TEST_F(DoMoveTest, QuietPlyCounters) {
@@ -230,14 +233,14 @@ TEST_F(DoMoveTest, QuietPlyCounters) {
 
   // A null move counts the quiet ply and restarts its own count.
   setUp(pos, 0, "7k/8/8/8/8/8/S7/7K w 99 1");
-  const Restorable before = restorable(pos);
+  const PositionSnapshot before = snapshotOf(pos);
   pos.do_null_move(st1);
   EXPECT_EQ(pos.side(), BLACK);
   EXPECT_EQ(pos.key(), st1.key ^ sideKey);
   EXPECT_EQ(pos.state()->pliesSinceCapture, 100);
   EXPECT_EQ(pos.state()->pliesSinceNull, 0);
   pos.undo_null_move(st1);
-  EXPECT_TRUE(restorable(pos) == before);
+  EXPECT_EQ(snapshotDifference(before, snapshotOf(pos)), "");
 }
 
 TEST_F(DoMoveTest, MoveStackRecordsMovesAndCapturesUpTo199) {
