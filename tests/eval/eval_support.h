@@ -1,19 +1,15 @@
-// Shared by the evaluation tests: a clean evaluation state, positions from random games, and the
-// colour mirror of a position with its siege state and geometry.
+// Shared by the evaluation tests: a clean evaluation state and the colour mirror of a position
+// with its siege state and geometry.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <random>
-#include <vector>
+#include <string>
 
-#include "../support/capture_stdout.h"
 #include "../support/position_fixture.h"
 #include "eval/evaluate.h"
 #include "eval/trade_bonus.h"
 #include "game/move_stack.h"
-#include "movegen/movegen.h"
 
 namespace eval_test {
 
@@ -85,37 +81,6 @@ inline Position colourMirror(const Position& pos, const SiegeGeometry& geometry)
   restoreSiegeGeometry(saved);
   m.startState.psqScore = -pos.state()->psqScore;
   return m;
-}
-
-// Random legal games from the start of a game type, preferring captures and special moves.
-// `visit` sees every position reached; `eachMove`, when given, every legal move of it.
-inline void playRandomGames(int gameType, int games, int plies, const std::function<void(Position&)>& visit,
-                            const std::function<void(Position&, Move)>& eachMove) {
-  std::mt19937 rng(977u + 31u * unsigned(gameType));
-  for (int g = 0; g < games; ++g) {
-    Position pos;
-    setSiegeModes(gameType);
-    {
-      CaptureStdout quiet;
-      ASSERT_TRUE(pos.set(gameTypeTable[gameType].startFen, nullptr));
-      setPieceValues(pos);
-      pos.set(gameTypeTable[gameType].startFen, nullptr);
-    }
-    std::vector<StateInfo> states(plies);
-    for (int ply = 0; ply < plies; ++ply) {
-      moveStackCount = 0;  // as each search starts it
-      visit(pos);
-      ScoredMove legal[MaxMoves], *end = generateLegal(pos, legal);
-      if (end == legal) break;
-      std::vector<Move> eventful;
-      for (ScoredMove* sm = legal; sm != end; ++sm) {
-        if (eachMove) eachMove(pos, sm->move);
-        if (captiveKind(sm->move) || specialKind(sm->move) || !pos.empty(moveTo(sm->move))) eventful.push_back(sm->move);
-      }
-      bool special = !eventful.empty() && rng() % 2;
-      pos.do_move(special ? eventful[rng() % eventful.size()] : legal[rng() % (end - legal)].move, states[ply]);
-    }
-  }
 }
 
 }  // namespace eval_test

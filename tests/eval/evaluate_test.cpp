@@ -9,6 +9,7 @@
 #include "eval/siege.h"
 #include "eval/trace.h"
 #include "eval_support.h"
+#include "../support/random_games.h"
 
 using namespace eval_test;
 
@@ -86,42 +87,44 @@ TEST_F(EvaluateTest, RandomGamesScoreMirrorsAlikeAndKeepTheSiegeScore) {
   auto keptSiegeScore = [](Position& p, Move m) {
     StateInfo st;
     p.do_move(m, st);
-    EXPECT_EQ(st.siegeScore, scoreSiege(p)) << p.fen();
+    EXPECT_EQ(st.siegeScore, scoreSiege(p));
     p.undo_move(m);
-    EXPECT_EQ(p.state()->siegeScore, scoreSiege(p)) << p.fen();
+    EXPECT_EQ(p.state()->siegeScore, scoreSiege(p));
   };
   int compared = 0, ties = 0, siegeScored = 0, traded = 0;
-  for (int type = 0; type < GameTypeCount; ++type)
-    for (bool strong : {false, true}) {
-      resetRuleFlags();
-      if (strong) swordsCaptureMounts = capturePromotions = magicianExtendedDemotionSqs = 1, basePromotions = siegeExchanges = 0;
+  forRandomPositions(1, 100, 977u, [&](Position& p, const std::string& where) {
+    SCOPED_TRACE(where);
+    if (!p.state()->previous) {  // a game's start is the root
       clearRootState();
-      playRandomGames(type, 2, 100, [&](Position& p) {
-        if (!p.state()->previous) setTradeBonusRoot(p);  // a game's start is the root
-        if (entryOf(p).evaluationFunction) return;
-        const SiegeGeometry geometry = currentSiegeGeometry(), mirrorGeometry = colourMirror(geometry);
-        const Position m = colourMirror(p, mirrorGeometry);
-        Value margin;
-        const Value v = evaluate(p, margin);
-        const Score s = scoreBeforeBlend(p);
-        traded += tracedScores[WHITE][TradeRow] != tracedScores[BLACK][TradeRow];
-        restoreSiegeGeometry(mirrorGeometry);
-        mirrorRoot();
-        const Value mv = evaluate(m, margin);
-        const Score ms = scoreBeforeBlend(m);
-        mirrorRoot();
-        restoreSiegeGeometry(geometry);
-
-        const int phase = entryOf(p).gamePhase;
-        const Value blended = (mgValue(s) * phase + egValue(s) * (128 - phase)) / 128;
-        ties += (blended & 7) == 4;
-        siegeScored += p.state()->siegeScore != 0;
-        ++compared;
-        EXPECT_EQ(s, -ms) << p.fen();
-        EXPECT_TRUE(v == mv || ((blended & 7) == 4 && std::abs(v - mv) == 8)) << v << " " << mv << " " << p.fen();
-        EXPECT_EQ(v, (p.side() == WHITE ? 1 : -1) * ((blended + 4) & ~7)) << "traced and plain forms differ";
-      }, type >= 3 ? std::function<void(Position&, Move)>(keptSiegeScore) : nullptr);
+      setTradeBonusRoot(p);
     }
+    if (siegeGame()) {
+      ScoredMove list[MaxMoves];
+      for (ScoredMove *sm = list, *end = generateLegal(p, list); sm != end; ++sm) keptSiegeScore(p, sm->move);
+    }
+    if (entryOf(p).evaluationFunction) return;
+    const SiegeGeometry geometry = currentSiegeGeometry(), mirrorGeometry = colourMirror(geometry);
+    const Position m = colourMirror(p, mirrorGeometry);
+    Value margin;
+    const Value v = evaluate(p, margin);
+    const Score s = scoreBeforeBlend(p);
+    traded += tracedScores[WHITE][TradeRow] != tracedScores[BLACK][TradeRow];
+    restoreSiegeGeometry(mirrorGeometry);
+    mirrorRoot();
+    const Value mv = evaluate(m, margin);
+    const Score ms = scoreBeforeBlend(m);
+    mirrorRoot();
+    restoreSiegeGeometry(geometry);
+
+    const int phase = entryOf(p).gamePhase;
+    const Value blended = (mgValue(s) * phase + egValue(s) * (128 - phase)) / 128;
+    ties += (blended & 7) == 4;
+    siegeScored += p.state()->siegeScore != 0;
+    ++compared;
+    EXPECT_EQ(s, -ms);
+    EXPECT_TRUE(v == mv || ((blended & 7) == 4 && std::abs(v - mv) == 8)) << v << " " << mv;
+    EXPECT_EQ(v, (p.side() == WHITE ? 1 : -1) * ((blended + 4) & ~7)) << "traced and plain forms differ";
+  });
   EXPECT_GT(compared, 1500);
   EXPECT_GT(ties, 0);
   EXPECT_GT(siegeScored, 100);

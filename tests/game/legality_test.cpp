@@ -1,11 +1,10 @@
 // Attack queries, pins through walker paths, legality of leader and demotion moves, gives_check,
 // pseudo-legality of stored words, and a cross-check over random games of every type.
-#include <deque>
-
 #include "core/prng.h"
 #include "core/statistics.h"
 #include "game/attack_queries.h"
 #include "../movegen/move_list_text.h"
+#include "../support/random_games.h"
 #include "../support/rule_sets.h"
 
 namespace {
@@ -194,49 +193,32 @@ TEST_F(LegalityTest, WordsWhoseKindDoesNotFitTheSquaresFailAndAreCounted) {
 // pseudo-legal word, since those squares make an exchange; legal refuses the leader's hand-over
 // anyway.
 TEST_F(LegalityTest, RandomGamesKeepTheSoleLeaderSafe) {
-  Prng prng(7);
-  for (const GameType& type : gameTypeTable)
-    for (const RuleSet& rules : ruleSets) {
-      for (int game = 0; game < 8; ++game) {
-        resetRuleFlags();
-        rules.apply();
-        if (type.number == 4 && !bondsmenLeaders) break;  // nobody would lead
-        load(type.startFen, type.number);
-        std::deque<StateInfo> states;
-        for (int ply = 0; ply < 200; ++ply) {
-          SCOPED_TRACE(std::string(type.name) + ", " + rules.name + ", game " + std::to_string(game) +
-                       ", ply " + std::to_string(ply) + ": " + pos.fen());
-          if (!pos.inCheck())
-            for (Generate generate : {generateCaptures, generateQuiets, generateNonEvasions})
-              for (Move m : movesOf(pos, generate)) {
-                if (isSiege1Exchange(pos, m) && pos.exchangePair(moveFrom(m), moveTo(m))) continue;
-                EXPECT_TRUE(pos.pseudo_legal(m)) << wordText(m);
-              }
-          std::vector<Move> legalMoves = movesOf(pos, generateLegal);
-          if (legalMoves.empty()) break;
-          Color us = pos.side();
-          CheckInfo ci(pos);
-          for (Move m : legalMoves) {
-            bool check = pos.gives_check(m, ci);
-            StateInfo st;
-            pos.do_move(m, st, ci, check);
-            EXPECT_EQ(leaderTakers(pos, us), 0u) << wordText(m);
-            // So a game text of legal moves never reaches a position that the front end refuses.
-            EXPECT_FALSE(canTakeEnemyLeader(pos)) << wordText(m);
-            // Exact both ways: the search picks its quiescence form by gives_check alone.
-            Bitboard takers = leaderTakers(pos, ~us);
-            if (!pos.severalLeaders(~us)) {
-              EXPECT_EQ(check, takers != 0) << wordText(m);
-            }
-            EXPECT_EQ(pos.checkers(), takers) << wordText(m);
-            pos.undo_move(m);
-          }
-          Move chosen = legalMoves[prng.next() % legalMoves.size()];
-          states.emplace_back();
-          pos.do_move(chosen, states.back());
+  forRandomPositions(6, 200, 7, [](Position& pos, const std::string& where) {
+    SCOPED_TRACE(where);
+    if (!pos.inCheck())
+      for (Generate generate : {generateCaptures, generateQuiets, generateNonEvasions})
+        for (Move m : movesOf(pos, generate)) {
+          if (isSiege1Exchange(pos, m) && pos.exchangePair(moveFrom(m), moveTo(m))) continue;
+          EXPECT_TRUE(pos.pseudo_legal(m)) << wordText(m);
         }
+    const Color us = pos.side();
+    CheckInfo ci(pos);
+    for (Move m : movesOf(pos, generateLegal)) {
+      bool check = pos.gives_check(m, ci);
+      StateInfo st;
+      pos.do_move(m, st, ci, check);
+      EXPECT_EQ(leaderTakers(pos, us), 0u) << wordText(m);
+      // So a game text of legal moves never reaches a position that the front end refuses.
+      EXPECT_FALSE(canTakeEnemyLeader(pos)) << wordText(m);
+      // Exact both ways: the search picks its quiescence form by gives_check alone.
+      Bitboard takers = leaderTakers(pos, ~us);
+      if (!pos.severalLeaders(~us)) {
+        EXPECT_EQ(check, takers != 0) << wordText(m);
       }
+      EXPECT_EQ(pos.checkers(), takers) << wordText(m);
+      pos.undo_move(m);
     }
+  });
 }
 
 }  // namespace

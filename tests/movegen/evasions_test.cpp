@@ -5,7 +5,7 @@
 #include <random>
 
 #include "../support/capture_stdout.h"
-#include "../support/rule_sets.h"
+#include "../support/random_games.h"
 #include "frontend/listings.h"
 #include "game/attack_queries.h"
 #include "move_list_text.h"
@@ -196,38 +196,12 @@ void crossCheck(Position& pos, Tally& tally) {
 
 TEST(EvasionsCrossCheck, RandomGamesOfEveryType) {
   Tally tally;
-  std::mt19937 rng(20261123u);
-  for (const GameType& type : gameTypeTable)
-    for (const RuleSet& rules : ruleSets) {
-      for (int game = 0; game < 16; ++game) {
-        resetRuleFlags();
-        rules.apply();
-        if (type.number == 4 && !bondsmenLeaders) break;  // nobody would lead
-        setSiegeModes(type.number);
-        Position pos;
-        ASSERT_TRUE(pos.set(type.startFen, nullptr));
-        setPieceValues(pos);
-        std::deque<StateInfo> states;
-        for (int ply = 0; ply < 200; ++ply) {
-          SCOPED_TRACE(std::string(type.name) + ", " + rules.name + ", game " + std::to_string(game) + ", ply " +
-                       std::to_string(ply) + ": " + pos.fen());
-          if (pos.inCheck()) crossCheck(pos, tally);
-          std::vector<Move> legal = movesOf(pos, generateLegal);
-          if (legal.empty()) break;
-          // Checks are sought, so that the games meet many of them.
-          CheckInfo ci(pos);
-          std::vector<Move> checks;
-          for (Move m : legal)
-            if (pos.gives_check(m, ci)) checks.push_back(m);
-          Move m = !checks.empty() && rng() % 2 ? checks[rng() % checks.size()] : legal[rng() % legal.size()];
-          states.emplace_back();
-          pos.do_move(m, states.back());
-        }
-      }
-    }
-  resetRuleFlags();
-  setSiegeModes(DefaultGameType);
-  setPieceValues(Position());
+  // Checks are sought, so that the games meet many of them.
+  auto givesCheck = [](const Position& pos, Move m) { return pos.gives_check(m, CheckInfo(pos)); };
+  forRandomPositions(16, 200, 20261123u, [&](Position& pos, const std::string& where) {
+    SCOPED_TRACE(where);
+    if (pos.inCheck()) crossCheck(pos, tally);
+  }, givesCheck);
   EXPECT_GT(tally.positions, 500);
   EXPECT_GT(tally.doubles, 10);
   EXPECT_GT(tally.blocks, 100);

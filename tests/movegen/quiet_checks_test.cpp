@@ -3,6 +3,7 @@
 #include <random>
 
 #include "../support/capture_stdout.h"
+#include "../support/random_games.h"
 #include "frontend/listings.h"
 #include "game/attack_queries.h"
 #include "move_list_text.h"
@@ -95,53 +96,32 @@ TEST_F(QuietChecksTest, Listing) {
 // uncover one (an upper bound), the carrier's threat moves, and a walk onto a standing tower
 // square, which the mover does not survive.
 TEST(QuietChecksCrossCheck, RandomGamesOfEveryType) {
-  std::mt19937 rng(777u);
   int checks = 0, listed = 0;
-  for (const GameType& type : gameTypeTable)
-    for (int game = 0; game < 8; ++game) {
-      resetRuleFlags();
-      swordsCaptureMounts = game & 1;
-      setSiegeModes(type.number);
-      Position pos;
-      ASSERT_TRUE(pos.set(type.startFen, nullptr));
-      setPieceValues(pos);
-      std::vector<StateInfo> states(200);
-      for (int ply = 0; ply < 200; ++ply) {
-        SCOPED_TRACE(std::string(type.name) + ", game " + std::to_string(game) + ", ply " + std::to_string(ply) +
-                     ": " + pos.fen());
-        std::vector<Move> legal = movesOf(pos, generateLegal);
-        if (legal.empty()) break;
-        if (!pos.inCheck()) {
-          CheckInfo ci(pos);
-          SiegeThreatInfo threat(pos);
-          Bitboard pinned = pinnedPieces(pos);
-          Square ksq = pos.leaderSquare(pos.side());
-          std::vector<Move> quietChecks = movesOf(pos, generateQuietChecks);
-          Bitboard uncovering = ci.dcCandidates | (siege1 && threat.active ? threat.revealers : 0);
-          for (Move m : quietChecks) {
-            ++listed;
-            EXPECT_TRUE(pos.empty(moveTo(m)) || isSiege1Exchange(pos, m)) << wordText(m);
-            bool threatMove = threat.active && moveFrom(m) == threat.carrier;
-            if (!threatMove && !(uncovering & bb(moveFrom(m))) && !pos.onStandingTower(moveTo(m)) &&
-                pos.legal(m, pinned)) {
-              EXPECT_TRUE(pos.gives_check(m, ci)) << wordText(m);
-            }
-          }
-          for (Move m : movesOf(pos, generateQuiets)) {
-            if (specialKind(m) || !pos.empty(moveTo(m)) || !pos.legal(m, pinned) || !pos.gives_check(m, ci)) continue;
-            ++checks;
-            if ((moveFrom(m) == ksq && pos.soleLeader(pos.side())) || isDropoff(m)) continue;
-            EXPECT_TRUE(std::find(quietChecks.begin(), quietChecks.end(), m) != quietChecks.end())
-                << "missing " << wordText(m) << " among " << listText(quietChecks);
-          }
-        }
-        Move m = legal[rng() % legal.size()];
-        pos.do_move(m, states[ply]);
+  forRandomPositions(3, 200, 777u, [&](Position& pos, const std::string& where) {
+    if (pos.inCheck()) return;
+    SCOPED_TRACE(where);
+    CheckInfo ci(pos);
+    SiegeThreatInfo threat(pos);
+    Bitboard pinned = pinnedPieces(pos);
+    Square ksq = pos.leaderSquare(pos.side());
+    std::vector<Move> quietChecks = movesOf(pos, generateQuietChecks);
+    Bitboard uncovering = ci.dcCandidates | (siege1 && threat.active ? threat.revealers : 0);
+    for (Move m : quietChecks) {
+      ++listed;
+      EXPECT_TRUE(pos.empty(moveTo(m)) || isSiege1Exchange(pos, m)) << wordText(m);
+      bool threatMove = threat.active && moveFrom(m) == threat.carrier;
+      if (!threatMove && !(uncovering & bb(moveFrom(m))) && !pos.onStandingTower(moveTo(m)) && pos.legal(m, pinned)) {
+        EXPECT_TRUE(pos.gives_check(m, ci)) << wordText(m);
       }
     }
-  resetRuleFlags();
-  setSiegeModes(DefaultGameType);
-  setPieceValues(Position());
+    for (Move m : movesOf(pos, generateQuiets)) {
+      if (specialKind(m) || !pos.empty(moveTo(m)) || !pos.legal(m, pinned) || !pos.gives_check(m, ci)) continue;
+      ++checks;
+      if ((moveFrom(m) == ksq && pos.soleLeader(pos.side())) || isDropoff(m)) continue;
+      EXPECT_TRUE(std::find(quietChecks.begin(), quietChecks.end(), m) != quietChecks.end())
+          << "missing " << wordText(m) << " among " << listText(quietChecks);
+    }
+  });
   EXPECT_GT(checks, 200);
   EXPECT_GT(listed, 1000);
 }

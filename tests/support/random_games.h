@@ -14,11 +14,19 @@
 #include "movegen/movegen.h"
 #include "rule_sets.h"
 
+// The moves a random game favours: by default captures, special words and tower moves, so that
+// the games meet the siege events.
+using MovePreference = std::function<bool(const Position&, Move)>;
+inline bool eventfulMove(const Position& pos, Move m) {
+  return specialKind(m) || captiveKind(m) || !pos.empty(moveTo(m)) || pos.onStandingTower(moveTo(m));
+}
+
 // Hands every position of `games` random games per game type and rule set, of up to `plies` plies,
-// to `visit` with a line that names it. Captures, special words and tower moves are preferred two
-// times in three, so that the games meet the siege events. Puts the rules back at the end.
+// to `visit` with a line that names it; the odd games of a type with a second start board begin
+// there. A preferred move is played two times in three. Puts the rules back at the end.
 inline void forRandomPositions(int games, int plies, unsigned seed,
-                               const std::function<void(Position&, const std::string&)>& visit) {
+                               const std::function<void(Position&, const std::string&)>& visit,
+                               const MovePreference& prefer = eventfulMove) {
   std::mt19937 rng(seed);
   for (const GameType& type : gameTypeTable)
     for (const RuleSet& rules : ruleSets)
@@ -28,22 +36,25 @@ inline void forRandomPositions(int games, int plies, unsigned seed,
         if (type.number == 4 && !bondsmenLeaders) break;  // nobody would lead
         setSiegeModes(type.number);
         Position pos;
-        ASSERT_TRUE(pos.set(type.secondStartFen && game % 2 ? type.secondStartFen : type.startFen, nullptr));
+        // Set twice, so that the running values are made from the piece values of these rules.
+        const char* fen = type.secondStartFen && game % 2 ? type.secondStartFen : type.startFen;
+        ASSERT_TRUE(pos.set(fen, nullptr));
         setPieceValues(pos);
+        pos.set(fen, nullptr);
         moveStackCount = 0;
         std::deque<StateInfo> states;
         for (int ply = 0; ply < plies && !::testing::Test::HasFatalFailure(); ++ply) {
-          visit(pos, std::string(type.name) + ", " + rules.name + ", ply " + std::to_string(ply) + ": " + pos.fen());
+          moveStackCount = 0;  // as each search starts it: the list stops growing at 199 moves
+          visit(pos, std::string(type.name) + ", " + rules.name + ", game " + std::to_string(game) + ", ply " +
+                         std::to_string(ply) + ": " + pos.fen());
           ScoredMove list[MaxMoves];
-          std::vector<Move> legal, eventful;
+          std::vector<Move> legal, preferred;
           for (ScoredMove* sm = list, *end = generateLegal(pos, list); sm != end; ++sm) {
-            const Move m = sm->move;
-            legal.push_back(m);
-            if (specialKind(m) || captiveKind(m) || !pos.empty(moveTo(m)) || pos.onStandingTower(moveTo(m)))
-              eventful.push_back(m);
+            legal.push_back(sm->move);
+            if (prefer(pos, sm->move)) preferred.push_back(sm->move);
           }
           if (legal.empty()) break;
-          const std::vector<Move>& from = !eventful.empty() && rng() % 3 ? eventful : legal;
+          const std::vector<Move>& from = !preferred.empty() && rng() % 3 ? preferred : legal;
           pos.do_move(from[rng() % from.size()], states.emplace_back());
         }
       }
