@@ -7,6 +7,10 @@
 #include <iostream>
 #include <new>
 
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
 #include "game/table_prefetch.h"
 
 TranspositionTable firstTable;
@@ -15,7 +19,20 @@ TranspositionTable* currentTable = &firstTable;
 
 namespace {
 
+// Blocks of a large page or more start on a large page boundary, so that the system can back them
+// with large pages: a probe lands anywhere in the block, and small pages would miss the address
+// cache at nearly every one.
+constexpr size_t LargePageBytes = size_t(2) << 20;
 constexpr std::align_val_t ClusterAlignment{ClusterBytes};
+constexpr std::align_val_t LargePageAlignment{LargePageBytes};
+
+std::align_val_t alignmentFor(size_t bytes) { return bytes >= LargePageBytes ? LargePageAlignment : ClusterAlignment; }
+
+void adviseLargePages([[maybe_unused]] void* block, [[maybe_unused]] size_t bytes) {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+  if (bytes >= LargePageBytes) madvise(block, bytes, MADV_HUGEPAGE);  // a hint: failure changes nothing
+#endif
+}
 constexpr uint64_t ClustersPerMegabyte = (1 << 20) / ClusterBytes;
 constexpr uint64_t MegabyteBits = 44;
 
@@ -28,7 +45,7 @@ uint32_t checkBits(Key key) { return uint32_t(key >> 32); }
 TranspositionTable::~TranspositionTable() { release(); }
 
 void TranspositionTable::release() {
-  ::operator delete(clusters_, ClusterAlignment);
+  if (clusters_) ::operator delete(clusters_, alignmentFor(clusterCount_ * ClusterBytes));
   clusters_ = nullptr;
 }
 
@@ -37,16 +54,17 @@ void TranspositionTable::setSize(uint64_t megabytes) {
   const uint64_t count = largestPowerOfTwoAtMost(megabytes * ClustersPerMegabyte);
   if (count == clusterCount_) return;
 
-  release();
+  release();  // sizes the block it frees by the old count
   clusterCount_ = count;
   if (count) {
     // With the size cut to 44 bits the product cannot overflow; were it to, no block could hold it.
     const size_t bytes = count > SIZE_MAX / ClusterBytes ? SIZE_MAX : size_t(count * ClusterBytes);
-    clusters_ = static_cast<TTCluster*>(::operator new(bytes, ClusterAlignment, std::nothrow));
+    clusters_ = static_cast<TTCluster*>(::operator new(bytes, alignmentFor(bytes), std::nothrow));
     if (!clusters_) {
       std::cerr << "Failed to allocate " << megabytes << "MB for transposition table." << std::endl;
       std::exit(1);
     }
+    adviseLargePages(clusters_, bytes);
     clear();
   }
   view_ = {reinterpret_cast<uintptr_t>(clusters_), count ? count - 1 : 0};
