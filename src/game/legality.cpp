@@ -125,21 +125,24 @@ bool Position::pseudo_legal(Move m) const {
   if ((pt == Sword || pt == Dorn_sword) && !swordsCaptureMounts && cp != NoPiece && isMount(typeOf(cp)) && !handover)
     return false;
 
-  // 8. The piece must reach `to`.
-  if (special != Exchange) {
+  // 8. The piece must reach `to`. Exchanges and hand-overs are made with a neighbour: the exchange
+  // table names the pair but not the distance, and a word from outside may name any two squares.
+  {
     bool reaches;
-    if (handover) reaches = reach[NeighbourRow][from] & bit(to);
+    if (handover || special == Exchange) reaches = reach[NeighbourRow][from] & bit(to);
     else if (siegeGame() && isMagicianForm(pt) && special != Demotion)
       reaches = (pt == Magician2 ? warriorAttacks(*this, from, pieces()) : reach[MagicianStep][from]) & bit(to);
     else reaches = attacksFrom(*this, pc, from, pieces()) & bit(to);
     if (!reaches) return false;
   }
 
-  // 9. In check the word must answer it; the leader's own moves are settled by legal.
+  // 9. In check the word must answer it; the leader's own moves are settled by legal. A Dorn form in
+  // check has no exchange among its replies: it stays where the check finds it, which legal, looking
+  // at the partner's square, would not see.
   Bitboard checkers = st->checkers;
   if (!checkers) return true;
   Square k = leaderSquare(us);
-  if (from == k) return true;
+  if (from == k) return special != Exchange;
   if (moreThanOne(checkers)) return !attackedAfter(us, m, k);
   Square q = lowestSquare(checkers);
   if (to == q) return true;

@@ -158,6 +158,15 @@ TEST_F(LegalityTest, AMagician2ThatStepsAlongTheLineStillShields) {
 
 // ---------------------------------------------------------------- pseudo-legality
 
+TEST_F(LegalityTest, AnExchangeIsWithANeighbourAndNoReplyToCheck) {
+  load("k7/8/8/8/8/8/4A2A/3I4 w 0 1", 1);  // a Dorn_sword with an Archer beside it and one far off
+  EXPECT_TRUE(playable(makeMove(D1, E2, Exchange)));
+  EXPECT_FALSE(pos.pseudo_legal(makeMove(D1, H2, Exchange)));
+  load("k7/8/8/8/8/8/4A2A/3Iw3 w 0 1", 1);  // in check, it stays where the Warrior takes it
+  ASSERT_TRUE(pos.inCheck());
+  EXPECT_FALSE(pos.pseudo_legal(makeMove(D1, E2, Exchange)));
+}
+
 TEST_F(LegalityTest, WordsWhoseKindDoesNotFitTheSquaresFailAndAreCounted) {
   stats.plFailsPlain = stats.plFailsDemotion = stats.plFailsPromotion = stats.plFailsExchange = 0;
   stats.plFailsSiege = 0;
