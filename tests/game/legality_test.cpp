@@ -6,6 +6,7 @@
 #include "../movegen/move_list_text.h"
 #include "../support/random_games.h"
 #include "../support/rule_sets.h"
+#include "targets/position_invariants.h"
 
 namespace {
 
@@ -228,6 +229,32 @@ TEST_F(LegalityTest, RandomGamesKeepTheSoleLeaderSafe) {
       pos.undo_move(m);
     }
   });
+}
+
+// A move list from outside may name any word. The two tests let through a few that the generators
+// never make (a plain word for a base-zone arrival, a Magician2 onto a tower beyond its reach); none
+// of them may leave the mover's leader open or the checkers wrong.
+TEST_F(LegalityTest, EveryWordFromOutsideThatPassesBothTestsKeepsTheRules) {
+  int passed = 0;
+  forRandomPositions(2, 150, 99u, [&](Position& pos, const std::string& where) {
+    SCOPED_TRACE(where);
+    const Bitboard pinned = pinnedPieces(pos);
+    const Color us = pos.side();
+    for (Bitboard own = pos.pieces(us); own; own &= own - 1)
+      for (Square to = 0; to < 64; ++to)
+        for (int special : {0, Promotion, Demotion, Exchange})
+          for (int kind : {0, Dropoff, Pickup, Transfer}) {
+            const Move m = Move(makeMove(lowestSquare(own), to, special) | kind);
+            if (!pos.pseudo_legal(m) || !pos.legal(m, pinned)) continue;
+            ++passed;
+            StateInfo st;
+            pos.do_move(m, st);
+            EXPECT_EQ(leaderTakers(pos, us), 0u) << wordText(m);
+            EXPECT_EQ(pos.checkers(), expectedCheckers(pos)) << wordText(m);
+            pos.undo_move(m);
+          }
+  });
+  EXPECT_GT(passed, 10000);
 }
 
 }  // namespace
